@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <functional> // PartPropFunction
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "BrantColor.h" // passed by value
+#include "MRUtil.h"     // MRUtil::RenderMode
+#include "morrow_base_export.h"
+
+#include <vtkSmartPointer.h> // the props of a part, members
+
+class BrantVector;
+class GLabelMapper;
+class GModelSet;
+class GView;
+class vtkActor2D;
+class vtkDataObject;
+class vtkProp;
+class vtkProperty;
+class vtkTextProperty;
+
+/// Makes the props that show one part in one view. Called once for each pair of part and view. The props may
+/// be any number of any kind; null ones are passed over.
+using PartPropFunction =
+    std::function<std::vector<vtkSmartPointer<vtkProp>>(vtkDataObject* data, GView* view)>;
+
+/// The unit of display: parts, each a VTK data object with the function that makes its props, shown in every
+/// view that the model is connected to, and text labels that hide behind geometry.
+///
+/// Derive from it and implement update_parts(); connect it to views with a GModelSet, or one by one with
+/// add_view(). The props of a part in a view are made when the later of the two arrives, and let go when the
+/// first of them leaves. Unhooking takes a model's props out of the views' renderers without letting them go.
+///
+/// Adding what is there, removing what is absent, and null arguments do nothing.
+///
+/// Prop functions are host code and may call any operation of the model, remove the part or view that they
+/// are called for, or throw. What was being added is then taken out again and the exception passes on; an
+/// empty function counts as one that throws std::bad_function_call. Views and models may be destroyed in any
+/// order.
+///
+/// The first model in the process switches VTK's global warning display off; the host may switch it on again.
+class MORROW_BASE_EXPORT GModel
+{
+public:
+  /// Names a label of this model.
+  using LabelKey = int;
+
+  /// The key of no label.
+  static constexpr LabelKey InvalidLabelKey = -1;
+
+  /// For the host, which may use it in its prop functions: every model constructor sets it to false and the
+  /// library never reads it.
+  static bool mNormalDirectedLighting;
+
+  /// A model without parts, labels and views, hooked, in mode MRUtil::RENDER_FLAT.
+  GModel();
+  GModel(const GModel&) = delete;
+  GModel& operator=(const GModel&) = delete;
+
+  /// Leaves its sets and views, then calls clear().
+  virtual ~GModel();
+
+  /// A mode for prop functions to read. The model itself only lets all labels show through geometry in mode
+  /// 0; a change shows in the next frame.
+  virtual void set_render_mode(MRUtil::RenderMode mode);
+  virtual MRUtil::RenderMode get_render_mode();
+
+  /// Makes data a part: holds a reference on it, makes its props for each connected view, and shows them if
+  /// the model is hooked. When data is a part already, its first function is kept.
+  virtual void add_part(vtkDataObject* data, const PartPropFunction& make_props);
+
+  /// Lets go of the part's props in every view, its function and the reference on data.
+  virtual void remove_part(vtkDataObject* data);
+
+  /// Brings the parts up to date with the host's data. Called before each frame of a view that the model is
+  /// connected to through a set, twice when GView::render() starts the frame; so it must be cheap when
+  /// nothing has changed. It may add and remove parts and labels. An exception passes on to the caller of the
+  /// view after the frame is drawn.
+  virtual void update_parts() = 0;
+
+  /// Renders every connected view; nothing while the graphics status is disabled or suspended.
+  virtual void Render();
+
+  /// Takes the props and labels out of all renderers; they are kept.
+  virtual void unhook_from_views();
+
+  /// Puts them back. Props that were never made, because a view was added while the model was unhooked, are
+  /// not made now.
+  virtual void hook_to_views();
+
+  /// Removes all parts, each through remove_part(), and all labels. Views stay connected. All props leave the
+  /// renderers before the first remove_part(), so that this takes time in proportion to their number. A part
+  /// that an override of remove_part() keeps is removed all the same.
+  virtual void clear();
+
+  /// Connects a view: makes the props of all parts for it, in ascending order of the data's addresses, and
+  /// shows them and the labels. While the model is unhooked nothing is made and nothing is shown.
+  void add_view(GView* view);
+
+  /// Takes props and labels out of the view and lets its props go.
+  void remove_view(GView* view);
+
+  /// Whether props and labels are in the renderers of the connected views.
+  [[nodiscard]] bool is_hooked_to_views() const { return mHooked; }
+
+  /// Adds a label with its lower left corner at position, in world coordinates. text is UTF-8 and copied; the
+  /// colour's alpha is ignored. The key is 0 or above.
+  LabelKey add_label(const char* text, const BrantVector& position, BrantColor color);
+
+  /// Removes a label; a key without label does nothing.
+  void remove_label(LabelKey key);
+
+  /// Properties for prop functions to use; the model owns them. Never null.
+  /// Front faces: flat, black, ambient, diffuse and specular 1. Back faces: red, ambient 0.7 and no other
+  /// light. Curves: red, ambient, diffuse and specular 1. Point size 6 pixels in each.
+  [[nodiscard]] vtkProperty* surface_normal_front_property() const;
+  [[nodiscard]] vtkProperty* surface_normal_back_property() const;
+  [[nodiscard]] vtkProperty* curve_normal_property() const;
+
+  /// Colours back faces; each channel from 0 to 1.
+  void surface_back_property_color(double r, double g, double b);
+
+  /// The look of the labels of all models: 12 pixel, neither bold nor shadowed at first. Made with the first
+  /// model and gone with the last one; null when there is none.
+  [[nodiscard]] static vtkTextProperty* text_property();
+
+  /// Sets the font size of the labels added from now on, in every model, to 12 f pixels, truncated; the next
+  /// first model starts with 1 again. A negative size becomes 0. Nothing happens while there is no model, or
+  /// when the size is not a number that fits an int.
+  static void set_font_size_factor(double f);
+
+  /// The font size in units of 12 pixels; 1 while there is no model.
+  [[nodiscard]] static double get_font_size_factor();
+
+private:
+  friend class GModelSet;
+
+  using PropVector = std::vector<vtkSmartPointer<vtkProp>>;
+
+  struct ConnectedView
+  {
+    std::shared_ptr<GView* const> handle; // says whether the view still lives
+    std::map<vtkDataObject*, PropVector> props;
+  };
+  using Views = std::map<GView*, ConnectedView>;
+
+  static void count_instance();
+  static void discount_instance();
+  void make_label_overlay();
+  void make_properties();
+  [[nodiscard]] bool has_view(GView* view) const;
+  [[nodiscard]] std::vector<GView*> connected_views();
+  void drop_dead_views();
+  bool make_and_show(vtkDataObject* data, GView* view);
+  bool make_and_show_all(GView* view);
+  static PropVector all_props(const ConnectedView& view);
+  void hide_props();
+  void show_props();
+  void remove_all_parts();
+
+  Views mViews;
+  std::map<vtkDataObject*, PartPropFunction> mParts;
+  vtkSmartPointer<vtkActor2D> mLabelActor;
+  vtkSmartPointer<GLabelMapper> mLabelMapper;
+  MRUtil::RenderMode mRenderMode = MRUtil::RENDER_FLAT;
+  bool mHooked = true;
+  vtkSmartPointer<vtkProperty> mSurfaceFront;
+  vtkSmartPointer<vtkProperty> mSurfaceBack;
+  vtkSmartPointer<vtkProperty> mCurve;
+
+  std::vector<GModelSet*> mSets;  // kept by the sets
+  std::shared_ptr<bool> mIsAlive; // false once destroyed: host code may destroy the model that calls it
+};

@@ -1,0 +1,653 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "GView.h"
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+#include "BrantColorTable.h"
+#include "CubeAxesBounds.h"
+#include "GModelSet.h"
+#include "GViewRenderPass.h"
+#include "MRUtil.h"
+#include "PropList.h"
+#include "RenderGuard.h"
+#include "TextWarmUp.h"
+#include "TitleTemplate.h"
+
+#include <vtkCallbackCommand.h>
+#include <vtkCamera.h>
+#include <vtkCubeAxesActor2D.h>
+#include <vtkLight.h>
+#include <vtkLightCollection.h>
+#include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
+#include <vtkShaderProgram.h>
+
+namespace {
+
+constexpr int DefaultBackground = 9;  // white
+constexpr int DefaultBackground2 = 0; // black
+constexpr double OcclusionRatio = 0.1;
+constexpr int MaximumPeels = 40;
+constexpr int NumLayers = 2;
+constexpr int OverlayLayer = 1;
+
+// Never destroyed, as the registry.
+std::string& gCurrentTitle = *new std::string("Brant ##");
+
+// A copy keeps the views alive while host code may change the registry.
+std::vector<std::shared_ptr<GView>> registered_views()
+{
+  return {GView::all_views().begin(), GView::all_views().end()};
+}
+
+// Calls each view in turn; the first exception is passed on when all have been called.
+template<typename Views, typename Call>
+void call_each(const Views& views, Call&& call)
+{
+  std::exception_ptr first;
+  for (const auto& view : views) {
+    try {
+      call(view);
+    } catch (...) {
+      first = first != nullptr ? first : std::current_exception();
+    }
+  }
+  if (first != nullptr) {
+    std::rethrow_exception(first);
+  }
+}
+
+void look_up_color(int id, double* rgb)
+{
+  const BrantColor color = BrantColorTable::lookup_color(id);
+  rgb[0] = color.red() / 255.0;
+  rgb[1] = color.green() / 255.0;
+  rgb[2] = color.blue() / 255.0;
+}
+
+} // namespace
+
+// Never destroyed: views that are still registered when the process ends must not be taken apart among the
+// ruins of other libraries, or inside a frame from which the host has called exit().
+GView::Registry& GView::mAllViews = *new GView::Registry;
+GView* GView::mCurrentView = nullptr;
+int GView::mWindowPosition[4] = {0, 0, 500, 500};
+int GView::mGlobalBackgroundColor = DefaultBackground;
+int GView::mGlobalBackgroundColor2 = DefaultBackground2;
+float GView::mLightIntensity[3] = {0.95F, 0.95F, 0.95F};
+float GView::mAmbientIntensity[3] = {1.0F, 1.0F, 1.0F};
+bool GView::mStereoMode = false;
+bool GView::mUseOffscreen = false;
+
+/// Holds one of a view's flags up; the view may be gone when it ends.
+class GView::FlagScope
+{
+public:
+  FlagScope(GView& view, bool GView::*flag) : mView(view.mHandle), mFlag(flag) { view.*flag = true; }
+  ~FlagScope()
+  {
+    if (*mView != nullptr) {
+      (*mView)->*mFlag = false;
+    }
+  }
+  FlagScope(const FlagScope&) = delete;
+  FlagScope& operator=(const FlagScope&) = delete;
+
+  [[nodiscard]] bool view_is_alive() const { return *mView != nullptr; }
+
+private:
+  std::shared_ptr<GView*> mView;
+  bool GView::*mFlag;
+};
+
+// ---------------------------------------------------------------------------------------------------------
+// Life
+
+GView::GView()
+    : mBackground(mGlobalBackgroundColor), mBackground2(mGlobalBackgroundColor2),
+      mHandle(std::make_shared<GView*>(this))
+{
+  morrow::warm_up_text();
+  mStereoMode = false; // deliberate: each new view does this, existing windows keep their stereo state
+  this->make_observers();
+  this->make_renderers();
+  this->set_render_window(vtkSmartPointer<vtkRenderWindow>::New());
+  this->set_title_bar(nullptr); // deliberate: the view has no id yet
+  mId = get_available_id(-1);
+  this->apply_backgrounds();
+  this->make_lights();
+}
+
+GView::~GView()
+{
+  if (mModelSet != nullptr) {
+    mModelSet->remove_view(this);
+  }
+  *mHandle = nullptr;
+  this->leave_window();
+  mViewportObserver->SetCallback(nullptr);
+  mViewportObserver->SetClientData(nullptr);
+  if (mCurrentView == this) {
+    mCurrentView = nullptr;
+  }
+}
+
+vtkSmartPointer<vtkCallbackCommand>
+GView::make_command(void (*callback)(vtkObject*, unsigned long, void*, void*), GView* view)
+{
+  auto command = vtkSmartPointer<vtkCallbackCommand>::New();
+  command->SetCallback(callback);
+  command->SetClientData(view);
+  return command;
+}
+
+void GView::make_observers()
+{
+  mStartRenderObserver = make_command(&GView::StartRender, this);
+  mViewportObserver = make_command(&GView::SetViewportShaderUniform, this);
+}
+
+void GView::make_renderers()
+{
+  mOverlayRenderer = vtkSmartPointer<vtkRenderer>::New();
+  mOverlayRenderer->SetLayer(OverlayLayer);
+  mOverlayRenderer->InteractiveOff();
+
+  mRenderer = vtkSmartPointer<vtkRenderer>::New();
+  mRenderer->UseDepthPeelingOn();
+  mRenderer->SetOcclusionRatio(OcclusionRatio);
+  mRenderer->SetMaximumNumberOfPeels(MaximumPeels);
+  mRenderPass = vtkSmartPointer<GViewRenderPass>::New();
+  mRenderer->SetPass(mRenderPass);
+  mPropList = std::make_unique<morrow::PropList>(*mRenderer);
+}
+
+void GView::make_lights()
+{
+  const float* light = mLightIntensity;
+  mRenderer->CreateLight();
+  mRenderer->SetAmbient(mAmbientIntensity[0], mAmbientIntensity[1], mAmbientIntensity[2]);
+  vtkLightCollection* lights = mRenderer->GetLights();
+  vtkCollectionSimpleIterator cookie;
+  lights->InitTraversal(cookie);
+  while (vtkLight* each = lights->GetNextLight(cookie)) {
+    each->SetColor(light[0], light[1], light[1]); // deliberate: green twice, blue never
+    each->SetIntensity((light[0] + light[1] + light[2]) / 3.0);
+  }
+}
+
+std::shared_ptr<GView* const> GView::handle() const
+{
+  return mHandle;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Window and renderers
+
+void GView::set_render_window(vtkRenderWindow* window)
+{
+  const vtkSmartPointer<vtkRenderWindow> kept = window; // it may be the one to leave
+  this->leave_window();
+  if (window != nullptr) {
+    this->enter_window(window);
+  }
+}
+
+void GView::leave_window()
+{
+  if (mRenderWindow == nullptr) {
+    return;
+  }
+  mRenderWindow->MakeCurrent(); // the props let go of their graphics resources
+  this->disable_overlay();
+  mRenderer->SetRenderWindow(nullptr);
+  mRenderWindow->RemoveRenderer(mRenderer);
+  mRenderWindow->RemoveObserver(mStartRenderObserver);
+  mRenderWindow = nullptr;
+}
+
+void GView::enter_window(vtkRenderWindow* window)
+{
+  mRenderWindow = window;
+  const bool was_mapped = window->GetMapped() != 0;
+  if (was_mapped) {
+    window->Finalize();
+  }
+  window->SetPosition(mWindowPosition[0], mWindowPosition[1]);
+  window->SetSize(mWindowPosition[2], mWindowPosition[3]);
+  window->AddObserver(vtkCommand::StartEvent, mStartRenderObserver);
+  if (mStereoMode) {
+    window->StereoCapableWindowOn();
+    window->StereoRenderOn();
+  }
+  if (mUseOffscreen) {
+    window->OffScreenRenderingOn();
+  }
+  window->SetNumberOfLayers(NumLayers);
+  window->AddRenderer(mRenderer);
+  window->AlphaBitPlanesOn();
+  window->SetMultiSamples(0);
+  window->DoubleBufferOn();
+  if (was_mapped) {
+    window->Start();
+  }
+}
+
+vtkRenderWindow* GView::get_render_window() const
+{
+  return mRenderWindow;
+}
+
+vtkRenderer* GView::get_renderer() const
+{
+  return mRenderer;
+}
+
+vtkRenderer* GView::get_overlay_renderer() const
+{
+  return mOverlayRenderer;
+}
+
+void GView::enable_overlay()
+{
+  if (mRenderWindow != nullptr) {
+    mRenderWindow->AddRenderer(mOverlayRenderer);
+  }
+}
+
+void GView::disable_overlay()
+{
+  mOverlayRenderer->SetRenderWindow(nullptr);
+  if (mRenderWindow != nullptr) {
+    mRenderWindow->RemoveRenderer(mOverlayRenderer);
+  }
+}
+
+void GView::get_size(int& width, int& height) const
+{
+  width = height = 0;
+  if (mRenderWindow != nullptr) {
+    const int* size = mRenderWindow->GetSize();
+    width = size[0];
+    height = size[1];
+  }
+}
+
+void GView::set_title_bar(const char* text)
+{
+  if (mRenderWindow != nullptr) {
+    const std::string title = text != nullptr ? text : gCurrentTitle;
+    mRenderWindow->SetWindowName(morrow::expand_title(title, mId).c_str());
+  }
+}
+
+void GView::set_title_bars(const char* text)
+{
+  if (text != nullptr) {
+    gCurrentTitle = text;
+  }
+  for (const auto& view : registered_views()) {
+    view->set_title_bar(text);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Registry
+
+int GView::get_available_id(int wanted)
+{
+  std::set<int> taken;
+  for (const auto& view : mAllViews) {
+    taken.insert(view->get_id());
+  }
+  int id = std::max(wanted, 1);
+  while (taken.count(id) != 0) {
+    id = id == INT_MAX ? 1 : id + 1;
+  }
+  return id;
+}
+
+const GView::Registry& GView::all_views()
+{
+  return mAllViews;
+}
+
+void GView::add_global_view(const std::shared_ptr<GView>& view)
+{
+  if (view != nullptr) {
+    mAllViews.insert(view);
+    mCurrentView = view.get();
+  }
+}
+
+void GView::remove_global_view(const std::shared_ptr<GView>& view)
+{
+  if (view == nullptr) {
+    return;
+  }
+  const std::shared_ptr<GView> kept = view; // the argument may be the registry's own entry
+  mAllViews.erase(kept);
+  if (mCurrentView == kept.get()) {
+    mCurrentView = nullptr;
+  }
+}
+
+GView* GView::find_view_by_name(const std::string& name)
+{
+  for (const auto& view : mAllViews) {
+    if (view->get_name() == name) {
+      return view.get();
+    }
+  }
+  return nullptr;
+}
+
+std::shared_ptr<GView> GView::find_view_by_id(int id)
+{
+  for (const auto& view : mAllViews) {
+    if (view->get_id() == id) {
+      return view;
+    }
+  }
+  return nullptr;
+}
+
+GView* GView::get_current_view()
+{
+  if (mCurrentView == nullptr && !mAllViews.empty()) {
+    mCurrentView = mAllViews.begin()->get();
+  }
+  return mCurrentView;
+}
+
+void GView::set_current_view(GView* view)
+{
+  mCurrentView = view;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Models and props
+
+void GView::set_model_set(GModelSet* set)
+{
+  if (set == mModelSet) {
+    return;
+  }
+  if (mModelSet != nullptr) {
+    mModelSet->remove_view(this);
+  }
+  mModelSet = set;
+  if (set != nullptr) {
+    set->add_view(this);
+  }
+}
+
+void GView::forget_model_set(GModelSet* set)
+{
+  if (mModelSet == set) {
+    mModelSet = nullptr;
+  }
+}
+
+void GView::update_models()
+{
+  if (mModelSet != nullptr && !mIsUpdating && MRUtil::get_graphics_status() == MRUtil::GRAPHICS_NORMAL) {
+    const FlagScope updating(*this, &GView::mIsUpdating);
+    mModelSet->update_model_parts();
+  }
+}
+
+void GView::add_props(const Props& props)
+{
+  mPropList->add(props);
+}
+
+void GView::remove_props(const Props& props)
+{
+  mPropList->remove(props);
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Rendering
+
+void GView::render()
+{
+  if (mRenderWindow == nullptr || mIsRendering || mRenderWindow->CheckInRenderStatus() != 0 ||
+      MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL) {
+    return;
+  }
+  const vtkSmartPointer<vtkRenderWindow> window = mRenderWindow;
+  const FlagScope rendering(*this, &GView::mIsRendering);
+  this->update_parts_in_frame();
+  if (!rendering.view_is_alive()) {
+    return;
+  }
+  mRenderer->ResetCameraClippingRange();
+  morrow::render_guarded(*window);
+  if (rendering.view_is_alive()) {
+    this->keep_exception(mRenderPass->take_exception());
+    this->throw_kept_exception();
+  }
+}
+
+void GView::render_all()
+{
+  call_each(registered_views(), [](const std::shared_ptr<GView>& view) { view->render(); });
+}
+
+void GView::render_views(const std::vector<GView*>& views)
+{
+  std::vector<std::shared_ptr<GView* const>> handles;
+  handles.reserve(views.size());
+  for (const GView* view : views) {
+    handles.push_back(view->handle());
+  }
+  call_each(handles, [](const std::shared_ptr<GView* const>& handle) {
+    if (*handle != nullptr) {
+      (*handle)->render();
+    }
+  });
+}
+
+// What a host's models throw must not unwind VTK's render: the window would never render again.
+void GView::update_parts_in_frame()
+{
+  const std::shared_ptr<GView*> handle = mHandle;
+  try {
+    this->update_models();
+  } catch (...) {
+    if (*handle != nullptr) {
+      this->keep_exception(std::current_exception());
+    }
+  }
+}
+
+void GView::keep_exception(std::exception_ptr exception)
+{
+  if (mException == nullptr) {
+    mException = std::move(exception);
+  }
+}
+
+void GView::throw_kept_exception()
+{
+  if (mException != nullptr) {
+    std::rethrow_exception(std::exchange(mException, nullptr));
+  }
+}
+
+void GView::StartRender(vtkObject* caller, unsigned long /*event*/, void* client_data, void* /*call_data*/)
+{
+  auto* window = vtkRenderWindow::SafeDownCast(caller);
+  if (window != nullptr && client_data != nullptr) {
+    static_cast<GView*>(client_data)->prepare_frame(*window);
+  }
+}
+
+void GView::prepare_frame(vtkRenderWindow& window)
+{
+  this->fit_view_angle(window);
+  if (MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL) {
+    window.SetAbortRender(1);
+    return;
+  }
+  const std::shared_ptr<GView*> handle = mHandle;
+  this->update_parts_in_frame();
+  if (*handle != nullptr && mCubeAxes != nullptr) {
+    morrow::fit_cube_axes(*mCubeAxes, *mRenderer);
+  }
+}
+
+// The view angle spans the shorter side of the window.
+void GView::fit_view_angle(vtkRenderWindow& window)
+{
+  const int* size = window.GetSize();
+  const bool is_upright = size[0] < size[1];
+  mRenderer->GetActiveCamera()->SetUseHorizontalViewAngle(is_upright);
+  mOverlayRenderer->GetActiveCamera()->SetUseHorizontalViewAngle(is_upright);
+}
+
+void GView::set_vertex_visibility(bool on)
+{
+  mRenderPass->set_vertex_visibility(on);
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Backgrounds
+
+void GView::apply_backgrounds()
+{
+  double rgb[3];
+  look_up_color(mBackground, rgb);
+  mRenderer->SetBackground(rgb);
+  look_up_color(mBackground2, rgb);
+  mRenderer->SetBackground2(rgb);
+  mRenderer->SetGradientBackground(mBackground != mBackground2);
+}
+
+void GView::set_background(int id)
+{
+  mBackground = id == -1 ? mGlobalBackgroundColor : id;
+  this->apply_backgrounds();
+}
+
+void GView::set_background2(int id)
+{
+  mBackground2 = id == -1 ? mGlobalBackgroundColor2 : id;
+  this->apply_backgrounds();
+}
+
+void GView::set_all_background(int id)
+{
+  mGlobalBackgroundColor = id == -1 ? DefaultBackground : id;
+  for (const auto& view : registered_views()) {
+    view->set_background(mGlobalBackgroundColor);
+  }
+}
+
+void GView::set_all_background2(int id)
+{
+  mGlobalBackgroundColor2 = id == -1 ? DefaultBackground2 : id;
+  for (const auto& view : registered_views()) {
+    view->set_background2(mGlobalBackgroundColor2);
+  }
+}
+
+int GView::get_all_background()
+{
+  return mGlobalBackgroundColor;
+}
+
+int GView::get_all_background2()
+{
+  return mGlobalBackgroundColor2;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Preferences
+
+void GView::set_offscreen(bool on)
+{
+  mUseOffscreen = on;
+}
+
+bool GView::get_offscreen()
+{
+  return mUseOffscreen;
+}
+
+void GView::set_preferred_window_size(int width, int height)
+{
+  mWindowPosition[2] = width > 0 ? width : mWindowPosition[2];
+  mWindowPosition[3] = height > 0 ? height : mWindowPosition[3];
+}
+
+void GView::get_preferred_window_size(int& width, int& height)
+{
+  width = mWindowPosition[2];
+  height = mWindowPosition[3];
+}
+
+void GView::set_preferred_window_position(int x, int y)
+{
+  mWindowPosition[0] = x != -1 ? x : mWindowPosition[0];
+  mWindowPosition[1] = y != -1 ? y : mWindowPosition[1];
+}
+
+void GView::set_stereo_mode(bool on)
+{
+  if (on == mStereoMode) {
+    return;
+  }
+  mStereoMode = on;
+  for (const auto& view : registered_views()) {
+    view->switch_stereo(on);
+  }
+}
+
+bool GView::get_stereo_mode()
+{
+  return mStereoMode;
+}
+
+void GView::switch_stereo(bool on)
+{
+  if (mRenderWindow == nullptr) {
+    return;
+  }
+  if (on) {
+    const bool was_mapped = mRenderWindow->GetMapped() != 0;
+    mRenderWindow->Finalize();
+    mRenderWindow->StereoCapableWindowOn();
+    if (was_mapped) {
+      mRenderWindow->Start();
+    }
+  }
+  mRenderWindow->SetStereoRender(on);
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Shaders
+
+vtkCallbackCommand* GView::update_viewport_command() const
+{
+  return mViewportObserver;
+}
+
+void GView::SetViewportShaderUniform(vtkObject* /*caller*/, unsigned long /*event*/, void* client_data,
+                                     void* call_data)
+{
+  const auto* view = static_cast<const GView*>(client_data);
+  auto* program = static_cast<vtkShaderProgram*>(call_data);
+  if (view == nullptr || program == nullptr || !program->IsUniformUsed("ViewportSize")) {
+    return;
+  }
+  int width = 0;
+  int height = 0;
+  view->get_size(width, height);
+  const float size[2] = {static_cast<float>(width), static_cast<float>(height)};
+  program->SetUniform2f("ViewportSize", size);
+}

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <exception> // std::exception_ptr
+#include <vector>
+
+#include "morrow_base_export.h"
+
+#include <vtkRenderPass.h>   // superclass
+#include <vtkSmartPointer.h> // member
+
+class vtkActor;
+class vtkOpenGLRenderer;
+class vtkProp;
+class vtkRenderer;
+
+/// The order in which a view draws its props.
+///
+/// 1. Surfaces: actors whose property has surface representation, by their MRUtil::RENDER_MODE() key. Modes 0
+/// and
+///    7 are left out, 1 and 2 fill the depth buffer only, all others are drawn. No key means 6, which draws.
+/// 2. Lines and points: all other props. An actor with the MRUtil::VERTEX_VISIBILITY() key, whatever the
+/// key's
+///    value and the actor's representation, is drawn here exactly when vertices are visible; so a surface
+///    with the key is drawn twice.
+/// 3. Translucent geometry by depth peeling, with the renderer's occlusion ratio and number of peels.
+/// 4. Overlays.
+///
+/// Within a stage props are drawn in the renderer's order. An exception thrown by a prop does not leave the
+/// frame: the other props are drawn, and take_exception() hands it out afterwards. When the window's render
+/// has been aborted before the pass starts, nothing is drawn and nothing is cleared.
+class MORROW_BASE_EXPORT GViewRenderPass : public vtkRenderPass
+{
+public:
+  static GViewRenderPass* New();
+  vtkTypeMacro(GViewRenderPass, vtkRenderPass)
+  void PrintSelf(ostream& os, vtkIndent indent) override;
+
+  /// Draws one frame of the state's renderer.
+  void Render(const vtkRenderState* state) override;
+
+  /// Draws the state's props; cameras and lights are already set up.
+  void UpdateGeometry(const vtkRenderState* state);
+
+  /// Whether props with the MRUtil::VERTEX_VISIBILITY() key are drawn; default false. Takes effect with the
+  /// next frame and requests none.
+  void set_vertex_visibility(bool on) { mVertexVisibility = on; }
+  [[nodiscard]] bool get_vertex_visibility() const { return mVertexVisibility; }
+
+  void ReleaseGraphicsResources(vtkWindow* w) override;
+
+  /// The first exception that a prop has thrown since the last call; null when there was none.
+  [[nodiscard]] std::exception_ptr take_exception();
+
+  /// The pass that draws translucent geometry; null until a frame has needed it.
+  [[nodiscard]] vtkRenderPass* depth_peeling_pass() const;
+
+protected:
+  GViewRenderPass();
+  ~GViewRenderPass() override;
+
+private:
+  GViewRenderPass(const GViewRenderPass&) = delete;
+  void operator=(const GViewRenderPass&) = delete;
+
+  struct Item
+  {
+    vtkActor* actor; // null for a prop that is not an actor
+    int render_mode;
+    bool is_surface;
+    bool is_vertex;
+  };
+
+  static Item classify(vtkProp* prop);
+  void classify_props(const vtkRenderState& state);
+  void draw_opaque(vtkProp* prop, vtkRenderer* renderer);
+  void draw_surfaces(const vtkRenderState& state);
+  void draw_surface(vtkProp* prop, vtkOpenGLRenderer& renderer, int render_mode);
+  void draw_lines_and_points(const vtkRenderState& state);
+  [[nodiscard]] bool draws_with_lines(const Item& item) const;
+  [[nodiscard]] bool has_translucent_props(const vtkRenderState& state);
+  void draw_translucent(const vtkRenderState& state);
+  void make_depth_peeling_pass(vtkOpenGLRenderer& renderer);
+  void draw_overlays(const vtkRenderState& state);
+
+  template<typename Draw>
+  void guarded(Draw&& draw);
+
+  bool mVertexVisibility = false;
+  std::vector<Item> mItems; // scratch, one per prop of the frame
+  vtkSmartPointer<vtkRenderPass> mDepthPeelingPass;
+  std::exception_ptr mException;
+};

@@ -1,0 +1,186 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <string> // returned by value
+
+#include "morrow_base_export.h"
+
+class vtkInformationIntegerKey;
+
+#if defined(__GNUC__)
+#define MORROW_PRINTF_FORMAT __attribute__((format(printf, 1, 2)))
+#else
+#define MORROW_PRINTF_FORMAT
+#endif
+
+/// Enumerations, messages and process-wide switches shared by the whole library.
+///
+/// Everything here is for the host's user-interface thread; nothing is locked.
+namespace MRUtil {
+
+// ---------------------------------------------------------------------------------------------------------
+// Enumerations. The numeric values are fixed: they index tables and are stored in information keys.
+
+/// Whether the library updates models and renders; see set_graphics_status().
+enum GraphicsStatus : int
+{
+  GRAPHICS_NORMAL = 0,    ///< models are updated, views render
+  GRAPHICS_DISABLED = 1,  ///< nothing renders until another status is set explicitly; resuming does not help
+  GRAPHICS_SUSPENDED = 2, ///< nothing renders until a resume request or another status
+  GRAPHICS_RESUME = 3     ///< a request, never a stored status: back to normal unless disabled
+};
+
+/// The form of an axis triad.
+enum AxisType : int
+{
+  AXIS_3D = 0,
+  AXIS_2D = 1,
+  AXIS_1D = 2
+};
+
+/// The drawing style of loose primitives.
+enum DrawMode : int
+{
+  DRAW_DEFAULT = 0,
+  DRAW_OUTLINE = 1,
+  DRAW_FILLED = 2,
+  DRAW_HIGHLIGHT = 3, ///< the highlight colour and the highlight line width
+  DRAW_OVERLAY = 4
+};
+
+/// How a model, or a single prop through the RENDER_MODE() key, wants to be drawn.
+///
+/// The view's render pass reads the mode of actors whose property has surface representation; wireframe and
+/// point actors are drawn in every mode. What a mode means beyond that is the host's choice.
+enum RenderMode : int
+{
+  RENDER_WIREFRAME = 0,        ///< surfaces are not drawn; labels show through everything
+  RENDER_HIDDEN_LINE = 1,      ///< surfaces fill the depth buffer only: they hide and are not seen
+  RENDER_HIDDEN_LINE_DASH = 2, ///< as RENDER_HIDDEN_LINE, for hosts that draw hidden lines in another style
+  RENDER_FLAT = 3,             ///< surfaces are drawn
+  RENDER_SMOOTH = 4,           ///< surfaces are drawn
+  RENDER_TRANSPARENT = 5,      ///< surfaces are drawn
+  RENDER_DEFAULT = 6,          ///< what a prop without a mode has; the same as RENDER_FLAT
+  RENDER_NO_SURFACES = 7       ///< surfaces are not drawn
+};
+
+/// Mouse-function codes: indices into MouseFuncNames.
+enum MouseFunction : int
+{
+  MOUSE_ROTATE = 0,
+  MOUSE_ROTATE_XY = 1,
+  MOUSE_ROTATE_Z = 2,
+  MOUSE_ROTATE_CAMERA = 3,
+  MOUSE_ZOOM = 4,
+  MOUSE_ZOOM_TELEPHOTO = 5,
+  MOUSE_ZOOM_NAVIGATE = 6,
+  MOUSE_ZOOM_BOX = 7,
+  MOUSE_PAN = 8,
+  MOUSE_CENTER_ON_CLICK = 9,
+  MOUSE_ZOOM_IN_CLICK = 10,
+  MOUSE_ZOOM_OUT_CLICK = 11,
+  MOUSE_SELECT = 12,
+  MOUSE_ADD_SELECT = 13,
+  MOUSE_ECHO_SELECTION = 14,
+  MOUSE_SELECT_BOX = 15,
+  MOUSE_SELECT_CIRCLE = 16,
+  MOUSE_SELECT_AND_ECHO = 17,
+  MOUSE_POPUP_MENU = 18,
+  MOUSE_DO_NOTHING = 19,
+  MOUSE_SELECT_POLYGON = 20,
+  MOUSE_ROTATE_ABOUT_CURSOR = 21,
+  MOUSE_NONE = 22
+};
+
+/// Number of mouse functions, and so of entries in MouseFuncNames.
+inline constexpr int NumMouseFunctions = 23;
+
+/// Display name of each mouse function, by code. For the host's menus and settings; the library never reads
+/// it.
+extern MORROW_BASE_EXPORT const char* const MouseFuncNames[NumMouseFunctions];
+
+// ---------------------------------------------------------------------------------------------------------
+// Property keys. The host sets them on a prop with
+//   prop->GetPropertyKeys()->Set(MRUtil::RENDER_MODE(), MRUtil::RENDER_HIDDEN_LINE);
+// (after prop->SetPropertyKeys(...) if it has none); the view's render pass reads them.
+
+/// Key whose value is the RenderMode of one prop. Name "RENDER_MODE", location "MRUtil". Never null.
+MORROW_BASE_EXPORT vtkInformationIntegerKey* RENDER_MODE();
+
+/// Key whose presence, whatever its value, makes a prop follow the view's vertex visibility.
+/// Name "VERTEX_VISIBILITY", location "MRUtil". Never null.
+MORROW_BASE_EXPORT vtkInformationIntegerKey* VERTEX_VISIBILITY();
+
+// ---------------------------------------------------------------------------------------------------------
+// Messages. Every message of the library leaves through one replaceable print function.
+
+/// Receives every message.
+/// @param text      the formatted message with its own line end; null when has_text is false. Valid during
+///                  the call only.
+/// @param kind      0 information, 1 warning, 2 error
+/// @param has_text  false for the end-of-output signal
+/// It may call any function of the library, these messages included.
+using PrintFunction = void (*)(const char* text, int kind, bool has_text);
+
+/// Format with printf rules and hand the text to the print function, with kind 0, 1 or 2.
+///
+/// A text longer than 1023 bytes is cut to its first 1023 bytes. No memory is allocated. A null string
+/// argument prints as "(null)". A null format: print_info does nothing; the other two call the print function
+/// with (null, kind, false). An empty format: print_info signals the end of output, (null, 0, false); the
+/// other two send an empty text.
+MORROW_BASE_EXPORT void print_info(const char* format, ...) MORROW_PRINTF_FORMAT;
+MORROW_BASE_EXPORT void print_warning(const char* format, ...) MORROW_PRINTF_FORMAT;
+MORROW_BASE_EXPORT void print_error(const char* format, ...) MORROW_PRINTF_FORMAT;
+
+/// Signals the end of output: calls the print function with (null, 0, false).
+MORROW_BASE_EXPORT void print_no_more();
+
+/// Installs f for the whole process; null installs NoPrint. Initially DefaultPrintFunction.
+MORROW_BASE_EXPORT void set_print_function(PrintFunction f);
+
+/// Stores the current print function in f; it is never null.
+MORROW_BASE_EXPORT void get_print_function(PrintFunction& f);
+
+/// True when messages are silenced, so that costly ones need not be built.
+[[nodiscard]] MORROW_BASE_EXPORT bool is_print_function_NoPrint();
+
+/// A print function that does nothing.
+MORROW_BASE_EXPORT void NoPrint(const char* text, int kind, bool has_text);
+
+/// A print function that writes to standard output: warnings after "Warning: ", errors after "Error: ", all
+/// other kinds as they are. A null text prints nothing; has_text is not read.
+MORROW_BASE_EXPORT void DefaultPrintFunction(const char* text, int kind, bool has_text);
+
+/// Sends VTK's own messages to standard output, unchanged: installs a MorrowVTKOutputWindow as VTK's output
+/// window, which VTK then owns.
+MORROW_BASE_EXPORT void setup_vtk_output_window_to_stdout();
+
+// ---------------------------------------------------------------------------------------------------------
+// Graphics status and queries
+
+/// The status, initially GRAPHICS_NORMAL; never GRAPHICS_RESUME.
+[[nodiscard]] MORROW_BASE_EXPORT GraphicsStatus get_graphics_status();
+
+/// Sets the status for the whole process. GRAPHICS_RESUME sets GRAPHICS_NORMAL, but does nothing while the
+/// status is GRAPHICS_DISABLED.
+MORROW_BASE_EXPORT void set_graphics_status(GraphicsStatus s);
+
+/// The graphics version the host reports to its users: "VTK Version 8.0.1". For the library that is loaded,
+/// see get_vtk_version().
+[[nodiscard]] MORROW_BASE_EXPORT std::string get_graphics_version();
+
+/// Version of the VTK that is loaded, for example "9.1.0".
+[[nodiscard]] MORROW_BASE_EXPORT std::string get_vtk_version();
+
+/// Vendor, renderer and version of the OpenGL driver, one line each after "Displaying using:\n". Describes
+/// the context that is current on this thread, so call it after a render; without a context the three lines
+/// are missing.
+[[nodiscard]] MORROW_BASE_EXPORT std::string get_gl_info();
+
+/// Makes the preferred size of new windows a square of half the screen's height, in pixels; see
+/// GView::set_preferred_window_size. Asks the windowing system: a display must be reachable, or VTK ends the
+/// process.
+MORROW_BASE_EXPORT void setup_preferred_window_size();
+
+} // namespace MRUtil

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "PropList.h"
+
+#include <vtkActor2D.h>
+#include <vtkProp.h>
+#include <vtkPropCollection.h>
+#include <vtkRenderer.h>
+#include <vtkWindow.h>
+
+namespace morrow {
+
+namespace {
+
+// Up to this many removals a search from the top of VTK's list for each one is cheaper than rebuilding the
+// list.
+constexpr std::size_t FewRemovals = 16;
+
+} // namespace
+
+PropList::PropList(vtkRenderer& renderer) : mRenderer(renderer) {}
+
+void PropList::refresh_members()
+{
+  vtkPropCollection* list = mRenderer.GetViewProps();
+  if (list->GetMTime() == mMembersTime) {
+    return;
+  }
+  mMembers.clear();
+  mMembers.reserve(static_cast<std::size_t>(list->GetNumberOfItems()));
+  vtkCollectionSimpleIterator cookie;
+  list->InitTraversal(cookie);
+  while (vtkProp* prop = list->GetNextProp(cookie)) {
+    mMembers.insert(prop);
+  }
+  mMembersTime = list->GetMTime();
+}
+
+void PropList::note_own_change()
+{
+  mMembersTime = mRenderer.GetViewProps()->GetMTime();
+}
+
+void PropList::add(const Props& props)
+{
+  refresh_members();
+  vtkPropCollection* list = mRenderer.GetViewProps();
+  for (const auto& prop : props) {
+    if (prop != nullptr && mMembers.insert(prop).second) {
+      list->AddItem(prop);
+      prop->AddConsumer(&mRenderer);
+    }
+  }
+  note_own_change();
+}
+
+void PropList::remove(const Props& props)
+{
+  refresh_members();
+  const std::vector<vtkProp*> present = take_present(props);
+  if (present.empty()) {
+    return;
+  }
+  if (vtkWindow* window = mRenderer.GetVTKWindow()) {
+    window->MakeCurrent();
+  }
+  for (vtkProp* prop : present) {
+    detach(prop);
+  }
+  if (present.size() <= FewRemovals) {
+    erase_one_by_one(present);
+  } else {
+    erase_in_one_sweep(present);
+  }
+  note_own_change();
+}
+
+std::vector<vtkProp*> PropList::take_present(const Props& props)
+{
+  std::vector<vtkProp*> present;
+  present.reserve(props.size());
+  for (const auto& prop : props) {
+    if (mMembers.erase(prop) != 0) {
+      present.push_back(prop);
+    }
+  }
+  return present;
+}
+
+void PropList::detach(vtkProp* prop)
+{
+  prop->ReleaseGraphicsResources(mRenderer.GetVTKWindow());
+  prop->RemoveConsumer(&mRenderer);
+}
+
+void PropList::erase_one_by_one(const std::vector<vtkProp*>& props)
+{
+  for (vtkProp* prop : props) {
+    mRenderer.GetViewProps()->RemoveItem(prop);
+  }
+}
+
+// VTK's list gives no way to unlink a known element, so the survivors are put back into the emptied list.
+void PropList::erase_in_one_sweep(const std::vector<vtkProp*>& props)
+{
+  const std::unordered_set<vtkProp*> leaving(props.begin(), props.end());
+  vtkPropCollection* list = mRenderer.GetViewProps();
+  Props survivors;
+  survivors.reserve(mMembers.size());
+  vtkCollectionSimpleIterator cookie;
+  list->InitTraversal(cookie);
+  while (vtkProp* prop = list->GetNextProp(cookie)) {
+    if (leaving.count(prop) == 0) {
+      survivors.emplace_back(prop);
+    }
+  }
+  list->RemoveAllItems();
+  for (const auto& prop : survivors) {
+    list->AddItem(prop);
+  }
+}
+
+} // namespace morrow

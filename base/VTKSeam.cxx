@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "VTKSeam.h"
+
+#include <sstream>
+
+#include <vtkObject.h>
+#include <vtkRenderWindow.h>
+#include <vtk_glew.h>
+
+namespace morrow {
+
+void report_vtk_error(vtkObject& object, const char* file, int line, const std::string& message)
+{
+  if (!vtkObject::GetGlobalWarningDisplay()) {
+    return;
+  }
+  std::ostringstream text;
+  text << object.GetClassName() << " (" << &object << "): " << message;
+  vtkOutputWindowDisplayErrorText(file, line, text.str().c_str(), &object);
+}
+
+const char* gl_string(GlString which)
+{
+  constexpr GLenum names[] = {GL_VENDOR, GL_RENDERER, GL_VERSION};
+  return reinterpret_cast<const char*>(glGetString(names[static_cast<int>(which)]));
+}
+
+void clear_in_render_status(vtkRenderWindow& window)
+{
+  window.ClearInRenderStatus();
+}
+
+} // namespace morrow

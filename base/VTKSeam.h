@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <string>
+
+class vtkObject;
+class vtkRenderWindow;
+
+/// Everything whose spelling depends on the VTK version. Moving to another VTK is a change to this header and
+/// VTKSeam.cxx.
+namespace morrow {
+
+/// Reports an error of object as VTK does: as an ErrorEvent when the object has an observer for it, otherwise
+/// to VTK's output window; silent while VTK's global warning display is off. The text is "ERROR: In <file>,
+/// line <line>\n<class> (<address>): <message>\n\n".
+void report_vtk_error(vtkObject& object, const char* file, int line, const std::string& message);
+
+enum class GlString
+{
+  Vendor,
+  Renderer,
+  Version
+};
+
+/// glGetString for the current context; null without one.
+const char* gl_string(GlString which);
+
+/// Lets a window render again after an exception has left its Render: VTK keeps a flag that would make it
+/// ignore every later request.
+void clear_in_render_status(vtkRenderWindow& window);
+
+} // namespace morrow

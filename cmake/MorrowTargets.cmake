@@ -1,0 +1,93 @@
+# SPDX-FileCopyrightText: the libmorrow_base authors
+# SPDX-License-Identifier: BSD-3-Clause
+#
+# What every target of this project has in common.
+
+set(MORROW_WARNINGS
+    -Wall
+    -Wextra
+    -Wpedantic
+    -Wcast-align
+    -Wcast-qual
+    -Wconversion
+    -Wextra-semi
+    -Wformat=2
+    -Wimplicit-fallthrough
+    -Wmissing-declarations
+    -Wnon-virtual-dtor
+    -Wold-style-cast
+    -Woverloaded-virtual
+    -Wredundant-decls
+    -Wshadow
+    -Wsign-conversion
+    -Wundef
+    -Wunused
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-branches>
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond>
+    $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
+    $<$<BOOL:${MORROW_WERROR}>:-Werror>)
+
+# -fno-sanitize-recover makes every finding of the undefined-behaviour
+# sanitizer end the program, so that a test cannot pass over one.
+set(MORROW_SANITIZER_OPTIONS -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
+                             -fno-omit-frame-pointer)
+
+# morrow_configure_target(<target>)
+#
+# Language level, warnings and instrumentation. No contraction of a*b+c: the
+# answers of geometric tests must not depend on the compiler's choice of
+# instructions.
+function(morrow_configure_target target)
+  set_target_properties(
+    ${target}
+    PROPERTIES CXX_EXTENSIONS OFF
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON
+               POSITION_INDEPENDENT_CODE ON)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_compile_options(${target} PRIVATE ${MORROW_WARNINGS} -ffp-contract=off)
+  if(MORROW_SANITIZE)
+    target_compile_options(${target} PRIVATE ${MORROW_SANITIZER_OPTIONS})
+    target_link_options(${target} PRIVATE ${MORROW_SANITIZER_OPTIONS})
+  endif()
+  if(MORROW_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage)
+    target_link_options(${target} PRIVATE --coverage)
+  endif()
+endfunction()
+
+# morrow_configure_program(<target>)
+#
+# The same for a program that opens windows. Installed programs find the
+# libraries beside them.
+function(morrow_configure_program target)
+  morrow_configure_target(${target})
+  file(RELATIVE_PATH to_libraries "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  if(MORROW_SANITIZE)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/KeepDriverLoaded.cxx)
+    set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
+  endif()
+endfunction()
+
+# What a test's environment says to the sanitizers.
+set(MORROW_TEST_ENVIRONMENT)
+if(MORROW_SANITIZE)
+  set(MORROW_TEST_ENVIRONMENT
+      ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1
+      LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/sanitizer.supp:print_suppressions=0
+      UBSAN_OPTIONS=print_stacktrace=1)
+endif()
+
+# TEMPORARY while the first sources are being written.
+function(morrow_keep_existing list)
+  set(kept)
+  foreach(name IN LISTS ${list})
+    if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${name}${ARGN})
+      list(APPEND kept ${name})
+    else()
+      message(STATUS "not there yet: ${name}${ARGN}")
+    endif()
+  endforeach()
+  set(${list} ${kept} PARENT_SCOPE)
+endfunction()

@@ -1,0 +1,82 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: the libmorrow_base authors
+# SPDX-License-Identifier: BSD-3-Clause
+#
+# style.sh: checks form, not function; ends with the line "N passed, N failed",
+# one check each.
+set -euo pipefail
+# shellcheck source=scripts/lib.sh
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+"$ROOT/scripts/bootstrap.sh" --ci
+stage "configure build/dev" configure dev
+need_temp
+cd "$ROOT"
+
+# files PATTERN...: the project's own files, those not yet committed included.
+files() { git ls-files --cached --others --exclude-standard -- "$@" | sort -u; }
+mapfile -t cxx_files < <(files '*.h' '*.cxx')
+mapfile -t tidy_files < <(files 'util/*.cxx' 'base/*.cxx' 'examples/*.cxx')
+mapfile -t shell_files < <(files '*.sh' .ci/run)
+mapfile -t licensed_files < <(files '*.h' '*.cxx' '*.sh' '*.awk' '*.cmake' '*.cmake.in' '*.pc.in' '*.py' '*.geo' \
+  '*CMakeLists.txt' .ci/run .clang-format .clang-tidy)
+
+formatted() { clang-format --dry-run -Werror "${cxx_files[@]}"; }
+
+tidy() {
+  printf '%s\0' "${tidy_files[@]}" |
+    xargs -0 -n 1 -P 2 clang-tidy -p build/dev --quiet --extra-arg=-Wno-unknown-warning-option
+}
+
+shell_syntax() {
+  local file
+  for file in "${shell_files[@]}"; do
+    bash -n "$file"
+  done
+}
+
+shell_lint() { shellcheck --external-sources "${shell_files[@]}"; }
+
+# The two lines stand first, but for a script's own first line.
+licensed() {
+  local file status=0
+  for file in "${licensed_files[@]}"; do
+    if ! sed -e '1{/^#!/d}' "$file" | head -n 2 | tr '\n' ' ' |
+      grep -q 'SPDX-FileCopyrightText: the libmorrow_base authors .*SPDX-License-Identifier: BSD-3-Clause'; then
+      echo "$file: does not begin with the two licence lines"
+      status=1
+    fi
+  done
+  return "$status"
+}
+
+passed=0
+failed=0
+check() {
+  local text=$1 log=$LIB_TEMP/check.log
+  shift
+  # A subshell of its own, so that `set -e` works in the check.
+  set +e
+  (
+    set -e
+    "$@"
+  ) >"$log" 2>&1 </dev/null
+  local status=$?
+  set -e
+  if ((status == 0)); then
+    passed=$((passed + 1))
+    echo "-- $text: passed"
+  else
+    failed=$((failed + 1))
+    cat "$log"
+    echo "-- $text: failed"
+  fi
+}
+
+check "licence lines" licensed
+check "shell syntax" shell_syntax
+check "shellcheck" shell_lint
+check "clang-format" formatted
+check "clang-tidy" tidy
+echo "$passed passed, $failed failed"
+((failed == 0))
