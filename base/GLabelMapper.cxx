@@ -175,17 +175,14 @@ void GLabelMapper::SetTolerance(double tolerance)
 
 void GLabelMapper::RenderOverlay(vtkViewport* viewport, vtkActor2D* actor)
 {
-  if (viewport == nullptr || actor == nullptr || viewport->GetVTKWindow() == nullptr) {
-    return;
-  }
-  if (this->TimeToDraw > actor->GetAllocatedRenderTime()) {
+  if (actor == nullptr || this->TimeToDraw > actor->GetAllocatedRenderTime()) {
     return;
   }
   if (this->LabelTextProperty == nullptr) {
     morrow::report_vtk_error(*this, ErrorFile, ErrorLine, "Need text property to render labels");
     return;
   }
-  if (mLabels->size() == 0) {
+  if (mLabels->size() == 0 || viewport == nullptr || viewport->GetVTKWindow() == nullptr) {
     return;
   }
   actor->GetPositionCoordinate()->SetCoordinateSystemToWorld();

@@ -11,13 +11,8 @@ set(MORROW_VTK_COMPONENTS
     CommonDataModel
     CommonExecutionModel
     CommonMath
-    CommonTransforms
-    FiltersCore
-    FiltersGeneral
-    FiltersGeometry
-    FiltersSources
+    CommonSystem
     InteractionStyle
-    InteractionWidgets
     RenderingAnnotation
     RenderingCore
     RenderingFreeType
@@ -30,7 +25,12 @@ set(MORROW_VTK_FACTORIES InteractionStyle RenderingFreeType RenderingOpenGL2 Ren
 
 # What only the examples, the tests and the benchmarks use.
 set(MORROW_VTK_EXTRA_COMPONENTS
+    CommonTransforms
+    FiltersCore
     FiltersExtraction
+    FiltersGeneral
+    FiltersGeometry
+    FiltersSources
     IOExodus
     IOGeometry
     IOImage
@@ -38,6 +38,8 @@ set(MORROW_VTK_EXTRA_COMPONENTS
     IOPLY
     IOXML)
 
+# VTK's targets are also for whoever adds this project as a subdirectory.
+set(CMAKE_FIND_PACKAGE_TARGETS_GLOBAL ON)
 set(morrow_vtk_wanted ${MORROW_VTK_COMPONENTS})
 if(MORROW_BUILD_EXAMPLES
    OR MORROW_BUILD_TESTS

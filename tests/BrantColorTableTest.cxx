@@ -127,9 +127,13 @@ TEST_F(BrantColorTableTest, CopiesTheName)
 
 TEST_F(BrantColorTableTest, AVariableColorMayHaveNoName)
 {
-  const int id = BrantColorTable::add_color(nullptr, BRANT_CORAL);
-  EXPECT_EQ(BrantColorTable::lookup_color(id), BRANT_CORAL);
-  EXPECT_EQ(name_of(id), "");
+  for (const char* no_name : {static_cast<const char*>(nullptr), ""}) {
+    const int id = BrantColorTable::add_color(no_name, BRANT_CORAL);
+    EXPECT_EQ(BrantColorTable::lookup_color(id), BRANT_CORAL);
+    BrantString name("unwritten");
+    EXPECT_FALSE(BrantColorTable::color_id_to_string(id, name));
+    EXPECT_EQ(name.str(), "unwritten");
+  }
 }
 
 TEST_F(BrantColorTableTest, TwoColorsMayShareAName)

@@ -6,19 +6,14 @@
 
 #include <gtest/gtest.h>
 
-#include <vtkActor.h>
 #include <vtkCamera.h>
 #include <vtkCellArray.h>
 #include <vtkCommand.h>
 #include <vtkCompositePolyDataMapper2.h>
-#include <vtkMultiBlockDataSet.h>
 #include <vtkPlaneSource.h>
 #include <vtkPoints.h>
-#include <vtkPolyData.h>
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
-#include <vtkRenderWindow.h>
-#include <vtkRenderer.h>
 #include <vtkSphereSource.h>
 #include <vtkUnsignedCharArray.h>
 #include <vtkWeakPointer.h>

@@ -6,20 +6,19 @@
 
 #include <gtest/gtest.h>
 
+// Complete types, because the smart pointers handed out here are to convert to plain ones in every test.
+#include <vtkActor.h>
+#include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
+#include <vtkPolyData.h>
+#include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
 #include <vtkSmartPointer.h>
 
 #include <cstddef>
 #include <initializer_list>
 #include <string>
 #include <vector>
-
-class vtkActor;
-class vtkMultiBlockDataSet;
-class vtkObject;
-class vtkPolyData;
-class vtkRenderer;
-class vtkRenderWindow;
 
 /// What every test program of this project shares. (The watch is in TestMain.cxx, the rest in
 /// TestSupport.cxx.)

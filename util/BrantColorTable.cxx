@@ -88,11 +88,12 @@ bool BrantColorTable::color_id_to_string(int id, BrantString& name)
     name = fixed->mName;
     return true;
   }
-  if (const VariableColor* variable = find_variable(id)) {
-    name = variable->mName;
-    return true;
+  const VariableColor* variable = find_variable(id);
+  if (!variable || variable->mName.empty()) {
+    return false;
   }
-  return false;
+  name = variable->mName;
+  return true;
 }
 
 int BrantColorTable::num_fixed_colors() noexcept

@@ -29,9 +29,8 @@ public:
   static bool color_id_to_rgb(int id, double* rgb);
 
   /// Stores the name of the colour in `name` and returns true. The fixed colours have the names of their
-  /// constants in lower case and without the prefix: "black", "grey", …, "lightblue", …. A variable colour
-  /// that was added without a name has the empty one, and the answer is still true. Returns false and leaves
-  /// `name` alone when the id is out of range.
+  /// constants in lower case and without the prefix: "black", "grey", …, "lightblue", …. Returns false and
+  /// leaves `name` alone when the id is out of range, or is that of a variable colour without a name.
   static bool color_id_to_string(int id, BrantString& name);
 
   /// The number of fixed colours, 17, which is also the id of the first variable colour.
