@@ -21,7 +21,7 @@
 #include <vtkTextProperty.h>
 #include <vtkTimerLog.h>
 
-vtkStandardNewMacro(GLabelMapper);
+vtkStandardNewMacro(GLabelMapper)
 
 namespace {
 

@@ -19,7 +19,7 @@
 #include <vtkRenderState.h>
 #include <vtkTranslucentPass.h>
 
-vtkStandardNewMacro(GViewRenderPass);
+vtkStandardNewMacro(GViewRenderPass)
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <vtkObjectFactory.h>
 
-vtkStandardNewMacro(MorrowVTKOutputWindow);
+vtkStandardNewMacro(MorrowVTKOutputWindow)
 
 namespace {
 

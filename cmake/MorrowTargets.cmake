@@ -68,7 +68,7 @@ function(morrow_configure_program target)
   file(RELATIVE_PATH to_libraries "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
   if(MORROW_SANITIZE)
-    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/KeepDriverLoaded.cxx)
+    target_sources(${target} PRIVATE ${morrow_base_SOURCE_DIR}/cmake/KeepDriverLoaded.cxx)
     set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
   endif()
 endfunction()
@@ -78,7 +78,7 @@ set(MORROW_TEST_ENVIRONMENT)
 if(MORROW_SANITIZE)
   set(MORROW_TEST_ENVIRONMENT
       ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1
-      LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/sanitizer.supp:print_suppressions=0
+      LSAN_OPTIONS=suppressions=${morrow_base_SOURCE_DIR}/cmake/sanitizer.supp:print_suppressions=0
       UBSAN_OPTIONS=print_stacktrace=1)
 endif()
 

@@ -60,8 +60,7 @@ constexpr int kNoKey = INT_MIN + 1; // stands for "the actor has no such key"
 
 using Log = std::vector<std::string>;
 
-// --- Props that say what is asked of them
-// ------------------------------------------------------------------------------------------------------------
+// --- Props that say what is asked of them -----------------------------------------------------------------
 
 bool writes_colour()
 {
@@ -260,8 +259,7 @@ protected:
   Log mLog;
 };
 
-// --- The class
-// ------------------------------------------------------------------------------------------------------------
+// --- The class --------------------------------------------------------------------------------------------
 
 TEST(GViewRenderPassClassTest, IsAVtkRenderPass)
 {
@@ -315,8 +313,7 @@ TEST(GViewRenderPassClassTest, ReleasesNothingBeforeTheFirstFrame)
   EXPECT_EQ(pass->depth_peeling_pass(), nullptr);
 }
 
-// --- The order of the stages
-// ------------------------------------------------------------------------------------------------------------
+// --- The order of the stages ------------------------------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, DrawsSurfacesThenLinesThenOverlays)
 {
@@ -412,8 +409,7 @@ TEST_F(GViewRenderPassTest, CountsWhatItsPropsSayTheyDrew)
   EXPECT_EQ(mPass->GetNumberOfRenderedProps(), 2);
 }
 
-// --- Modes, representations and vertex visibility
-// ------------------------------------------------------------------------------------------------------------
+// --- Modes, representations and vertex visibility ---------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, SurfacesOfModes0And7AreNotDrawnAtAll)
 {
@@ -578,8 +574,7 @@ std::string representation_name(const ::testing::TestParamInfo<int>& representat
 INSTANTIATE_TEST_SUITE_P(Representations, GViewRenderPassTableTest,
                          ::testing::Values(VTK_POINTS, VTK_WIREFRAME, VTK_SURFACE), representation_name);
 
-// --- What the modes look like
-// ------------------------------------------------------------------------------------------------------------
+// --- What the modes look like -----------------------------------------------------------------------------
 
 /// A red wireframe square behind a green surface that covers the whole picture.
 class GViewRenderPassHidingTest : public GViewRenderPassTest
@@ -682,8 +677,7 @@ TEST_F(GViewRenderPassTest, AnAssemblyIsDrawnWithTheLines)
   EXPECT_EQ(count_pixels(mScene.render(), colour_is(kRed)), 25 * 50);
 }
 
-// --- Camera and lights
-// ------------------------------------------------------------------------------------------------------------
+// --- Camera and lights ------------------------------------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, OpaqueSurfacesLookAsVtkDrawsThem)
 {
@@ -732,8 +726,7 @@ TEST_F(GViewRenderPassTest, DrawsIntoItsViewportOnly)
   EXPECT_EQ(region.max_y, 49);
 }
 
-// --- Translucent geometry
-// ------------------------------------------------------------------------------------------------------------
+// --- Translucent geometry ---------------------------------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, AsksForTranslucentGeometryUntilTheFirstYes)
 {
@@ -964,8 +957,7 @@ TEST_F(GViewRenderPassTest, FollowsTheSizeOfTheWindow)
   EXPECT_TRUE(before == mScene.render());
 }
 
-// --- Exceptions
-// ------------------------------------------------------------------------------------------------------------
+// --- Exceptions -------------------------------------------------------------------------------------------
 
 class GViewRenderPassThrowTest : public GViewRenderPassTest, public ::testing::WithParamInterface<const char*>
 {};
@@ -1091,8 +1083,7 @@ TEST_F(GViewRenderPassTest, TheFrameAfterATranslucentExceptionIsAsIfNothingHadBe
   EXPECT_TRUE(before == mScene.render());
 }
 
-// --- Aborted frames
-// ------------------------------------------------------------------------------------------------------------
+// --- Aborted frames ---------------------------------------------------------------------------------------
 
 /// Aborts each frame of the window while it lives.
 class FrameAborter

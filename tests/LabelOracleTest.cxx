@@ -37,8 +37,7 @@ LiteralLabelKeys keys_with(int count)
 
 using Ints = std::vector<int>;
 
-// --- Keys
-// --------------------------------------------------------------------------------------------------------
+// --- Keys ----------------------------------------------------------------------------------------
 
 TEST(LiteralLabelKeysTest, HandsOutKeysDenselyFromZero)
 {
@@ -145,8 +144,7 @@ TEST(LiteralLabelKeysTest, RandomCallsKeepTheListsInversePermutations)
   }
 }
 
-// --- Visibility
-// --------------------------------------------------------------------------------------------------
+// --- Visibility ----------------------------------------------------------------------------------
 
 constexpr int kWidth = 10;
 constexpr int kHeight = 8;

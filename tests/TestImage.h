@@ -80,8 +80,7 @@ private:
 [[nodiscard]] bool operator==(const Image& a, const Image& b) noexcept;
 [[nodiscard]] bool operator!=(const Image& a, const Image& b) noexcept;
 
-// --- Questions to one picture
-// ------------------------------------------------------------------------------------
+// --- Questions to one picture --------------------------------------------------------------------
 
 using PixelPredicate = std::function<bool(Rgb)>;
 
@@ -112,8 +111,7 @@ struct PixelRegion
 /// The part of a picture with both corners included; the part of the rectangle off the picture is left out.
 [[nodiscard]] Image crop(const Image& image, int x0, int y0, int x1, int y1);
 
-// --- Comparing two pictures
-// --------------------------------------------------------------------------------------
+// --- Comparing two pictures ----------------------------------------------------------------------
 
 /// Numbers of a comparison of two pictures of one size.
 struct ImageDifference
@@ -160,8 +158,7 @@ inline constexpr int kOtherDriverTilePixels = 12;
 /// equal. The picture covers both; where only one of them has a pixel it is magenta.
 [[nodiscard]] Image difference_picture(const Image& a, const Image& b);
 
-// --- Files
-// -------------------------------------------------------------------------------------------------------
+// --- Files ---------------------------------------------------------------------------------------
 
 /// Reads a PNG file of 8-bit channels (alpha is dropped, grey is spread). The driver comes from the text
 /// chunk that `write_png` made. An unreadable file gives the empty picture.

@@ -32,8 +32,7 @@ constexpr Rgb kWhite{255, 255, 255};
 constexpr Rgb kRed{255, 0, 0};
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// --- Image
-// -------------------------------------------------------------------------------------------------------
+// --- Image ---------------------------------------------------------------------------------------
 
 TEST(ImageTest, StartsEmpty)
 {
@@ -133,8 +132,7 @@ TEST(ImageTest, CropsWithBothCorners)
   EXPECT_TRUE(morrow_test::crop(image, 6, 0, 9, 9).empty());
 }
 
-// --- Numbers of a comparison
-// -------------------------------------------------------------------------------------
+// --- Numbers of a comparison ---------------------------------------------------------------------
 
 TEST(ImageCompareTest, EqualPicturesAreAcceptedByBothStrictnesses)
 {
@@ -261,8 +259,7 @@ TEST(ImageCompareTest, DifferencePictureIsStretchedAndMarksWhatOnlyOneHas)
   EXPECT_EQ(morrow_test::count_pixels(morrow_test::difference_picture(a, a), colour_is(kBlack)), 2);
 }
 
-// --- The defects that a comparison must see
-// ----------------------------------------------------------------------
+// --- The defects that a comparison must see ------------------------------------------------------
 //
 // A scene like the library's: a shaded ball, a wall of one colour and a label, 400 × 400.
 
@@ -412,8 +409,7 @@ TEST(ImageCompareTest, AChangedDigitIsSeenInALargePicture)
   EXPECT_FALSE(accepts(Strictness::OtherDriver, difference));
 }
 
-// --- Files and baselines
-// -----------------------------------------------------------------------------------------
+// --- Files and baselines -------------------------------------------------------------------------
 
 constexpr const char* kDriver = "llvmpipe (LLVM 15.0.6, 256 bits) / 4.5 (Core Profile) Mesa 22.3.6";
 

@@ -131,8 +131,7 @@ void end_expectation(int id)
   watch().expectations.erase(place);
 }
 
-// --- VTK
-// ---------------------------------------------------------------------------------------------------------
+// --- VTK -----------------------------------------------------------------------------------------
 
 /// Records what VTK would print.
 class RecordingOutputWindow : public vtkOutputWindow
@@ -141,7 +140,7 @@ public:
   static RecordingOutputWindow* New();
   vtkTypeMacro(RecordingOutputWindow, vtkOutputWindow)
 
-      RecordingOutputWindow(const RecordingOutputWindow&) = delete;
+  RecordingOutputWindow(const RecordingOutputWindow&) = delete;
   void operator=(const RecordingOutputWindow&) = delete;
 
   void DisplayText(const char* text) override { record(Source::Vtk, MessageKind::Text, text); }
@@ -169,8 +168,7 @@ void record_vtk_messages()
   }
 }
 
-// --- OpenGL
-// ------------------------------------------------------------------------------------------------------
+// --- OpenGL --------------------------------------------------------------------------------------
 
 void receive_gl_message(GLenum /*source*/, GLenum type, GLuint /*id*/, GLenum /*severity*/,
                         GLsizei /*length*/, const GLchar* text, const void* /*user*/)
@@ -223,7 +221,7 @@ public:
   static WatchedWindowFactory* New();
   vtkTypeMacro(WatchedWindowFactory, vtkObjectFactory)
 
-      WatchedWindowFactory(const WatchedWindowFactory&) = delete;
+  WatchedWindowFactory(const WatchedWindowFactory&) = delete;
   void operator=(const WatchedWindowFactory&) = delete;
 
   const char* GetVTKSourceVersion() override { return VTK_SOURCE_VERSION; }
@@ -253,8 +251,7 @@ void put_window_factory_first()
   gWindowFactory = factory;
 }
 
-// --- The listener
-// ------------------------------------------------------------------------------------------------
+// --- The listener --------------------------------------------------------------------------------
 
 bool is_unexpected(const Message& message)
 {

@@ -28,8 +28,7 @@ namespace fs = std::filesystem;
 
 namespace morrow_test {
 
-// --- Messages of the library
-// -------------------------------------------------------------------------------------
+// --- Messages of the library ---------------------------------------------------------------------
 
 namespace {
 
@@ -68,8 +67,7 @@ std::string PrintCapture::text_of(int kind) const
   return all;
 }
 
-// --- Display and windows
-// -----------------------------------------------------------------------------------------
+// --- Display and windows -------------------------------------------------------------------------
 
 bool has_display()
 {
@@ -241,8 +239,7 @@ void FrameCounter::reset() noexcept
   mObserver->ends = 0;
 }
 
-// --- Small data
-// --------------------------------------------------------------------------------------------------
+// --- Small data ----------------------------------------------------------------------------------
 
 namespace {
 
@@ -370,8 +367,7 @@ vtkSmartPointer<vtkActor> flat_composite_actor(vtkMultiBlockDataSet* data, Rgb c
   return actor_of(mapper, colour, false);
 }
 
-// --- Real meshes
-// -------------------------------------------------------------------------------------------------
+// --- Real meshes ---------------------------------------------------------------------------------
 
 namespace {
 

@@ -32,8 +32,7 @@
 /// uses `WarningDisplayOn` after it.
 namespace morrow_test {
 
-// --- The watch
-// ---------------------------------------------------------------------------------------------------
+// --- The watch -----------------------------------------------------------------------------------
 
 enum class MessageKind
 {
@@ -118,8 +117,7 @@ void install_watch();
 /// Every permitted skip message begins with this.
 inline constexpr const char* kDataAbsent = "data absent: ";
 
-// --- Messages of the library
-// -------------------------------------------------------------------------------------
+// --- Messages of the library ---------------------------------------------------------------------
 
 /// One call of the library's print function.
 struct Printed
@@ -161,8 +159,7 @@ private:
   std::vector<Printed> mCalls;
 };
 
-// --- Display and windows
-// -----------------------------------------------------------------------------------------
+// --- Display and windows -------------------------------------------------------------------------
 
 /// Can the X display that DISPLAY names be opened?
 [[nodiscard]] bool has_display();
@@ -227,8 +224,7 @@ private:
   vtkSmartPointer<Observer> mObserver;
 };
 
-// --- Small data
-// --------------------------------------------------------------------------------------------------
+// --- Small data ----------------------------------------------------------------------------------
 
 /// The triangle (0,0,0), (1,0,0), (0,1,0).
 [[nodiscard]] vtkSmartPointer<vtkPolyData> one_triangle();
@@ -250,8 +246,7 @@ private:
 /// An actor of exactly this colour that draws composite data (vtkCompositePolyDataMapper2).
 [[nodiscard]] vtkSmartPointer<vtkActor> flat_composite_actor(vtkMultiBlockDataSet* data, Rgb colour);
 
-// --- Real meshes
-// -------------------------------------------------------------------------------------------------
+// --- Real meshes ---------------------------------------------------------------------------------
 
 /// The path of a mesh of the shared collection ("mug.e"), empty when it is not there. Looked for in the
 /// folder that MORROW_TEST_DATA names, if set, else in `shared/data` beside the source tree.

@@ -71,8 +71,7 @@ void make_gl_error(vtkRenderWindow* window)
   glGetError(); // so that nobody else stumbles over it
 }
 
-// --- Planted offences
-// --------------------------------------------------------------------------------------------
+// --- Planted offences ----------------------------------------------------------------------------
 //
 // Whether the watch fails a test can only be seen from outside of that test: this program runs itself with
 // one planted test, named by an environment variable. Without the variable the planted tests do not exist.
@@ -296,8 +295,7 @@ TEST_F(WatchTest, NothingIsEverUnloaded)
   EXPECT_EQ(dlclose(nullptr), 0); // the C library's own ends the program here
 }
 
-// --- Expectations
-// ------------------------------------------------------------------------------------------------
+// --- Expectations --------------------------------------------------------------------------------
 
 class ExpectationTest : public ::testing::Test
 {};
@@ -399,8 +397,7 @@ TEST_F(ExpectationTest, WarningDisplayIsOnForTheScopeAndThenAsBefore)
   EXPECT_EQ(morrow_test::vtk_messages().size(), 1U);
 }
 
-// --- The library's messages
-// --------------------------------------------------------------------------------------
+// --- The library's messages ----------------------------------------------------------------------
 
 TEST(PrintCaptureTest, RecordsCallsInOrder)
 {
@@ -449,8 +446,7 @@ TEST(PrintCaptureTest, TheInnermostRecords)
   EXPECT_EQ(outer.info(), "ac");
 }
 
-// --- Windows and pixels
-// ------------------------------------------------------------------------------------------
+// --- Windows and pixels --------------------------------------------------------------------------
 
 class SceneTest : public morrow_test::RenderTest
 {};
@@ -581,8 +577,7 @@ TEST_F(SceneTest, CompositeDataIsDrawnInOneColour)
   EXPECT_EQ(morrow_test::count_pixels(scene.render(), colour_is(kGreen)), 50 * 50);
 }
 
-// --- Data
-// --------------------------------------------------------------------------------------------------------
+// --- Data ----------------------------------------------------------------------------------------
 
 TEST(TestDataTest, CountsPointsAndCells)
 {

@@ -50,9 +50,8 @@ bool has_terminal()
   return isatty(error_descriptor()) == 1;
 }
 
-Quiet::Quiet()
+Quiet::Quiet() : mOutside(error_descriptor())
 {
-  error_descriptor(); // saved before it is replaced
   std::fflush(stderr);
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
   dup2(nowhere, STDERR_FILENO);
@@ -62,7 +61,7 @@ Quiet::Quiet()
 Quiet::~Quiet()
 {
   std::fflush(stderr);
-  dup2(error_descriptor(), STDERR_FILENO);
+  dup2(mOutside, STDERR_FILENO);
 }
 
 } // namespace Console

@@ -28,6 +28,9 @@ public:
   ~Quiet();
   Quiet(const Quiet&) = delete;
   Quiet& operator=(const Quiet&) = delete;
+
+private:
+  int mOutside;
 };
 
 } // namespace Console

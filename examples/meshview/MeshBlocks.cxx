@@ -45,15 +45,20 @@ std::string leaf_name(vtkDataObjectTreeIterator& leaf, std::size_t number)
 
 // --- Block arrays
 
-using CellLists = std::map<std::string, vtkSmartPointer<vtkIdList>>;
+/// One whole number or one text for each cell?
+bool can_tell_blocks(vtkAbstractArray& array)
+{
+  const int type = array.GetDataType();
+  const bool is_fractional = type == VTK_FLOAT || type == VTK_DOUBLE;
+  const bool is_number = vtkDataArray::SafeDownCast(&array) != nullptr && !is_fractional;
+  return array.GetNumberOfComponents() == 1 && (is_number || vtkStringArray::SafeDownCast(&array) != nullptr);
+}
 
 vtkAbstractArray* find_block_array(vtkCellData& data)
 {
   for (int i = 0; i < data.GetNumberOfArrays(); ++i) {
     vtkAbstractArray* array = data.GetAbstractArray(i);
-    const bool is_usable = array->IsIntegral() || vtkStringArray::SafeDownCast(array) != nullptr;
-    if (array->GetName() != nullptr && is_block_array(array->GetName()) && is_usable &&
-        array->GetNumberOfComponents() == 1) {
+    if (array->GetName() != nullptr && is_block_array(array->GetName()) && can_tell_blocks(*array)) {
       return array;
     }
   }

@@ -107,7 +107,9 @@ std::uint64_t count_lines(std::istream& stream)
 {
   std::uint64_t lines = 0;
   for (std::string line; std::getline(stream, line);) {
-    lines += line.find_first_not_of(" \t\r") == std::string::npos ? 0 : 1;
+    if (line.find_first_not_of(" \t\r") != std::string::npos) {
+      ++lines;
+    }
   }
   return lines;
 }

@@ -40,7 +40,7 @@ class Progress::Observer : public vtkCommand
 {
 public:
   static Observer* New() { return new Observer; }
-  vtkTypeMacro(Observer, vtkCommand);
+  vtkTypeMacro(Observer, vtkCommand)
 
   void Execute(vtkObject* caller, unsigned long /*event*/, void* call_data) override
   {

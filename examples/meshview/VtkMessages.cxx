@@ -42,7 +42,7 @@ class VtkMessages::Window : public vtkOutputWindow
 {
 public:
   static Window* New();
-  vtkTypeMacro(Window, vtkOutputWindow);
+  vtkTypeMacro(Window, vtkOutputWindow)
   Window(const Window&) = delete;
   void operator=(const Window&) = delete;
 
