@@ -60,7 +60,7 @@ constexpr int kNoKey = INT_MIN + 1; // stands for "the actor has no such key"
 
 using Log = std::vector<std::string>;
 
-// --- Props that say what is asked of them -----------------------------------------------------------------
+// --- Props that say what is asked of them ----------------------------------------------------------------
 
 bool writes_colour()
 {
@@ -208,6 +208,17 @@ Log calls_to(const Log& log, const std::string& name)
   return found;
 }
 
+/// A 2-D actor: a rectangle in pixels, drawn as overlay.
+vtkSmartPointer<vtkActor2D> flat_square(int x0, int y0, int x1, int y1, Rgb colour)
+{
+  const vtkNew<vtkPolyDataMapper2D> mapper;
+  mapper->SetInputData(quad(x0, y0, x1, y1));
+  auto square = vtkSmartPointer<vtkActor2D>::New();
+  square->SetMapper(mapper);
+  square->GetProperty()->SetColor(colour.r / 255.0, colour.g / 255.0, colour.b / 255.0);
+  return square;
+}
+
 /// A window whose only renderer draws through the pass.
 class GViewRenderPassTest : public morrow_test::RenderTest
 {
@@ -259,7 +270,7 @@ protected:
   Log mLog;
 };
 
-// --- The class --------------------------------------------------------------------------------------------
+// --- The class -------------------------------------------------------------------------------------------
 
 TEST(GViewRenderPassClassTest, IsAVtkRenderPass)
 {
@@ -313,7 +324,7 @@ TEST(GViewRenderPassClassTest, ReleasesNothingBeforeTheFirstFrame)
   EXPECT_EQ(pass->depth_peeling_pass(), nullptr);
 }
 
-// --- The order of the stages ------------------------------------------------------------------------------
+// --- The order of the stages -----------------------------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, DrawsSurfacesThenLinesThenOverlays)
 {
@@ -409,7 +420,7 @@ TEST_F(GViewRenderPassTest, CountsWhatItsPropsSayTheyDrew)
   EXPECT_EQ(mPass->GetNumberOfRenderedProps(), 2);
 }
 
-// --- Modes, representations and vertex visibility ---------------------------------------------------------
+// --- Modes, representations and vertex visibility --------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, SurfacesOfModes0And7AreNotDrawnAtAll)
 {
@@ -574,7 +585,7 @@ std::string representation_name(const ::testing::TestParamInfo<int>& representat
 INSTANTIATE_TEST_SUITE_P(Representations, GViewRenderPassTableTest,
                          ::testing::Values(VTK_POINTS, VTK_WIREFRAME, VTK_SURFACE), representation_name);
 
-// --- What the modes look like -----------------------------------------------------------------------------
+// --- What the modes look like ----------------------------------------------------------------------------
 
 /// A red wireframe square behind a green surface that covers the whole picture.
 class GViewRenderPassHidingTest : public GViewRenderPassTest
@@ -653,12 +664,8 @@ TEST_F(GViewRenderPassTest, ASurfaceBehindADepthOnlyOneIsSeenWhenItWasDrawnBefor
 TEST_F(GViewRenderPassTest, A2DActorIsDrawnOverEverything)
 {
   show(flat_actor(quad(-1.0, -1.0, 1.0, 1.0), kGreen));
-  const vtkNew<vtkPolyDataMapper2D> mapper;
-  mapper->SetInputData(quad(10, 20, 40, 60)); // pixels
-  const vtkNew<vtkActor2D> flat;
-  flat->SetMapper(mapper);
-  flat->GetProperty()->SetColor(1.0, 0.0, 0.0);
-  mScene.renderer()->AddViewProp(flat);
+  const auto square = flat_square(10, 20, 40, 60, kRed);
+  mScene.renderer()->AddViewProp(square);
   const Image seen = mScene.render();
   EXPECT_EQ(seen.at(25, 40), kRed);
   EXPECT_EQ(count_pixels(seen, colour_is(kRed)) + count_pixels(seen, colour_is(kGreen)), 100 * 100);
@@ -677,7 +684,7 @@ TEST_F(GViewRenderPassTest, AnAssemblyIsDrawnWithTheLines)
   EXPECT_EQ(count_pixels(mScene.render(), colour_is(kRed)), 25 * 50);
 }
 
-// --- Camera and lights ------------------------------------------------------------------------------------
+// --- Camera and lights -----------------------------------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, OpaqueSurfacesLookAsVtkDrawsThem)
 {
@@ -726,7 +733,7 @@ TEST_F(GViewRenderPassTest, DrawsIntoItsViewportOnly)
   EXPECT_EQ(region.max_y, 49);
 }
 
-// --- Translucent geometry ---------------------------------------------------------------------------------
+// --- Translucent geometry --------------------------------------------------------------------------------
 
 TEST_F(GViewRenderPassTest, AsksForTranslucentGeometryUntilTheFirstYes)
 {
@@ -957,7 +964,7 @@ TEST_F(GViewRenderPassTest, FollowsTheSizeOfTheWindow)
   EXPECT_TRUE(before == mScene.render());
 }
 
-// --- Exceptions -------------------------------------------------------------------------------------------
+// --- Exceptions ------------------------------------------------------------------------------------------
 
 class GViewRenderPassThrowTest : public GViewRenderPassTest, public ::testing::WithParamInterface<const char*>
 {};
@@ -1055,12 +1062,8 @@ TEST_F(GViewRenderPassTest, AnExceptionInTheTranslucentStageLeavesTheRestOfTheFr
   const auto bad = add_actor("bad");
   bad->is_translucent = true;
   throw_in(*bad, "translucent", "half peeled");
-  const vtkNew<vtkPolyDataMapper2D> mapper;
-  mapper->SetInputData(quad(10, 20, 40, 60));
-  const vtkNew<vtkActor2D> overlay;
-  overlay->SetMapper(mapper);
-  overlay->GetProperty()->SetColor(1.0, 0.0, 0.0);
-  mScene.renderer()->AddViewProp(overlay);
+  const auto square = flat_square(10, 20, 40, 60, kRed);
+  mScene.renderer()->AddViewProp(square);
   for (int turn = 0; turn < 2; ++turn) {
     const Image seen = mScene.render();
     EXPECT_EQ(thrown(), "half peeled");
@@ -1083,7 +1086,43 @@ TEST_F(GViewRenderPassTest, TheFrameAfterATranslucentExceptionIsAsIfNothingHadBe
   EXPECT_TRUE(before == mScene.render());
 }
 
-// --- Aborted frames ---------------------------------------------------------------------------------------
+// --- Props that render another window --------------------------------------------------------------------
+
+class GViewRenderPassNestedTest : public GViewRenderPassTest,
+                                  public ::testing::WithParamInterface<const char*>
+{};
+
+TEST_P(GViewRenderPassNestedTest, WhatFollowsIsDrawnIntoTheRightWindow)
+{
+  // Each window has its own graphics context, and the other one's is current after its frame.
+  const std::string where = GetParam();
+  Scene other(60, 80);
+  other.look_down(1.0);
+  other.renderer()->AddViewProp(flat_actor(quad(-1, -1, 1, 1), kBlue));
+  const auto hook = add_actor("hook");
+  hook->is_translucent = where == "translucent";
+  show(flat_actor(quad(-0.5, -0.5, 0.5, 0.5), kGreen));
+  vtkActor* pane = show(flat_actor(quad(-0.8, -0.8, 0.8, 0.0, 1.0), kRed));
+  pane->GetProperty()->SetOpacity(0.5);
+  const auto square = flat_square(10, 20, 40, 60, kRed);
+  mScene.renderer()->AddViewProp(square);
+  const Image alone = mScene.render();
+  hook->on_call = [&](const std::string& call) {
+    if (call == where) {
+      other.window()->Render();
+    }
+  };
+  for (int turn = 0; turn < 2; ++turn) {
+    EXPECT_TRUE(alone == mScene.render()) << turn;
+    EXPECT_EQ(count_pixels(morrow_test::read_pixels(other.window()), colour_is(kBlue)), 60 * 80);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, GViewRenderPassNestedTest,
+                         ::testing::Values("opaque", "asked", "translucent", "overlay"),
+                         [](const auto& call) { return std::string(call.param); });
+
+// --- Aborted frames --------------------------------------------------------------------------------------
 
 /// Aborts each frame of the window while it lives.
 class FrameAborter

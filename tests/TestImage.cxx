@@ -33,7 +33,10 @@ void PrintTo(Rgb pixel, std::ostream* out)
 
 int channel_difference(Rgb a, Rgb b) noexcept
 {
-  return std::max({std::abs(a.r - b.r), std::abs(a.g - b.g), std::abs(a.b - b.b)});
+  const int red = std::abs(a.r - b.r);
+  const int green = std::abs(a.g - b.g);
+  const int blue = std::abs(a.b - b.b);
+  return std::max({red, green, blue});
 }
 
 // --- Image ---------------------------------------------------------------------------------------

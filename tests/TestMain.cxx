@@ -157,7 +157,7 @@ protected:
   ~RecordingOutputWindow() override = default;
 };
 
-vtkStandardNewMacro(RecordingOutputWindow);
+vtkStandardNewMacro(RecordingOutputWindow)
 
 void record_vtk_messages()
 {
@@ -237,7 +237,7 @@ protected:
   }
 };
 
-vtkStandardNewMacro(WatchedWindowFactory);
+vtkStandardNewMacro(WatchedWindowFactory)
 
 WatchedWindowFactory* gWindowFactory = nullptr; // owned by VTK's list of factories
 

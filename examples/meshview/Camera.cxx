@@ -6,14 +6,15 @@
 
 #include <vtkCamera.h>
 #include <vtkMath.h>
-#include <vtkRenderer.h>
+#include <vtkPolyData.h>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
-constexpr double kMargin = 0.9; // part of the window that the mesh may fill
+constexpr double kMargin = 0.92; // part of the picture that the mesh fills
 
 struct NamedView
 {
@@ -23,8 +24,8 @@ struct NamedView
 };
 
 const NamedView kViews[] = {{"iso", {1, -1, 0.8}, {0, 0, 1}}, {"+x", {1, 0, 0}, {0, 0, 1}},
-                            {"-x", {-1, 0, 0}, {0, 0, 1}},  {"+y", {0, 1, 0}, {0, 0, 1}},
-                            {"-y", {0, -1, 0}, {0, 0, 1}},  {"+z", {0, 0, 1}, {0, 1, 0}},
+                            {"-x", {-1, 0, 0}, {0, 0, 1}},    {"+y", {0, 1, 0}, {0, 0, 1}},
+                            {"-y", {0, -1, 0}, {0, 0, 1}},    {"+z", {0, 0, 1}, {0, 1, 0}},
                             {"-z", {0, 0, -1}, {0, 1, 0}}};
 
 const NamedView& find_view(const std::string& name)
@@ -34,33 +35,78 @@ const NamedView& find_view(const std::string& name)
   return found == std::end(kViews) ? kViews[0] : *found;
 }
 
-/// The distance from the centre of a box at which its eight corners are inside the picture. The view angle is
-/// that of the picture's shorter side.
-double framing_distance(const NamedView& view, const BrantVector& half_size, double view_angle, int width,
-                        int height)
+/// The axes of a camera that looks along a named view.
+struct Axes
 {
-  const BrantVector back = view.towards_eye.normalized();
-  const BrantVector right = view.up.cross(back).normalized();
-  const BrantVector up = back.cross(right);
-  const double tangent = kMargin * std::tan(vtkMath::RadiansFromDegrees(view_angle) / 2.0);
-  const double shorter = std::min(width, height);
-  double distance = 0.0;
-  for (int corner = 0; corner < 8; ++corner) {
-    const BrantVector point((corner & 1) != 0 ? half_size.x() : -half_size.x(),
-                            (corner & 2) != 0 ? half_size.y() : -half_size.y(),
-                            (corner & 4) != 0 ? half_size.z() : -half_size.z());
-    const double aside = std::max(std::abs(point.dot(right)) * shorter / width,
-                                  std::abs(point.dot(up)) * shorter / height);
-    distance = std::max(distance, point.dot(back) + aside / tangent);
+  explicit Axes(const NamedView& view)
+      : back(view.towards_eye.normalized()), right(view.up.cross(back).normalized()), up(back.cross(right))
+  {
   }
-  return distance > 0.0 ? distance : 1.0; // a mesh may be a single point
-}
 
-void place_camera(vtkCamera& camera, const BrantVector& centre, const BrantVector& eye, const BrantVector& up)
+  BrantVector back;
+  BrantVector right;
+  BrantVector up;
+};
+
+/// One direction across the picture: how near the eye may come, and where between the outermost points it
+/// must then be.
+///
+/// A point at (s, b), s across and b back along the line of sight, is in the picture of an eye at (S, B) when
+/// |s - S| <= t (B - b), t being the tangent of half the view angle. So S + t B must reach the largest s + t b
+/// and t B - S the largest t b - s; the two together give both unknowns.
+class Fit
 {
-  camera.SetFocalPoint(centre.x(), centre.y(), centre.z());
-  camera.SetPosition(eye.x(), eye.y(), eye.z());
-  camera.SetViewUp(up.x(), up.y(), up.z());
+public:
+  explicit Fit(double tangent) : mTangent(tangent) {}
+
+  void add(double across, double back)
+  {
+    mPlus = std::max(mPlus, mTangent * back + across);
+    mMinus = std::max(mMinus, mTangent * back - across);
+  }
+
+  [[nodiscard]] double eye_back() const { return (mPlus + mMinus) / (2.0 * mTangent); }
+  [[nodiscard]] double eye_across() const { return (mPlus - mMinus) / 2.0; }
+
+private:
+  double mTangent;
+  double mPlus = std::numeric_limits<double>::lowest();
+  double mMinus = std::numeric_limits<double>::lowest();
+};
+
+/// All points of the surfaces in the two directions across, and how far they reach along the line of sight.
+struct Extent
+{
+  Fit horizontal;
+  Fit vertical;
+  double nearest = std::numeric_limits<double>::lowest();
+  double farthest = std::numeric_limits<double>::max();
+
+  void add(vtkPolyData& surface, const Axes& axes)
+  {
+    for (vtkIdType i = 0; i < surface.GetNumberOfPoints(); ++i) {
+      const BrantVector point(surface.GetPoint(i));
+      const double back = point.dot(axes.back);
+      horizontal.add(point.dot(axes.right), back);
+      vertical.add(point.dot(axes.up), back);
+      nearest = std::max(nearest, back);
+      farthest = std::min(farthest, back);
+    }
+  }
+};
+
+void place(vtkCamera& camera, const Axes& axes, const Extent& extent)
+{
+  const BrantVector across =
+      axes.right * extent.horizontal.eye_across() + axes.up * extent.vertical.eye_across();
+  const double middle = (extent.nearest + extent.farthest) / 2.0;
+  const double fitting = std::max(extent.horizontal.eye_back(), extent.vertical.eye_back());
+  const double eye = fitting > middle ? fitting : middle + 1.0; // a mesh may be a single point
+  const BrantVector position = across + axes.back * eye;
+  const BrantVector focus = across + axes.back * middle;
+  camera.SetPosition(position.x(), position.y(), position.z());
+  camera.SetFocalPoint(focus.x(), focus.y(), focus.z());
+  camera.SetViewUp(axes.up.x(), axes.up.y(), axes.up.z());
 }
 
 } // namespace
@@ -77,17 +123,16 @@ const std::vector<std::string>& view_names()
   return kNames;
 }
 
-void look_from(const std::string& name, vtkRenderer& renderer, int width, int height)
+void look_from(const std::string& name, vtkCamera& camera, const std::vector<vtkPolyData*>& surfaces, int width,
+               int height)
 {
-  double bounds[6];
-  renderer.ComputeVisiblePropBounds(bounds);
-  const BrantVector low(bounds[0], bounds[2], bounds[4]);
-  const BrantVector high(bounds[1], bounds[3], bounds[5]);
-  const BrantVector centre = (low + high) * 0.5;
-  const NamedView& view = find_view(name);
-  vtkCamera& camera = *renderer.GetActiveCamera();
-  const double distance =
-      framing_distance(view, (high - low) * 0.5, camera.GetViewAngle(), width, height);
-  place_camera(camera, centre, centre + view.towards_eye.normalized() * distance, view.up);
-  renderer.ResetCameraClippingRange();
+  const Axes axes(find_view(name));
+  // Views apply the view angle to the shorter side of the window.
+  const double shorter = std::min(width, height);
+  const double tangent = kMargin * std::tan(vtkMath::RadiansFromDegrees(camera.GetViewAngle()) / 2.0);
+  Extent extent{Fit(tangent * width / shorter), Fit(tangent * height / shorter)};
+  for (vtkPolyData* surface : surfaces) {
+    extent.add(*surface, axes);
+  }
+  place(camera, axes, extent);
 }

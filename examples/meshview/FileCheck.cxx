@@ -4,7 +4,7 @@
 
 #include "Mesh.h"
 #include "NetcdfSize.h"
-#include "PlySize.h"
+#include "PlyCheck.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -166,11 +166,11 @@ void check_exodus(const File& file)
   }
 }
 
-void check_ply(const File& file)
+void check_ply_file(const File& file)
 {
   require(starts_with(file, "ply"), "is not a PLY file");
   std::ifstream stream(file.path, std::ios::binary);
-  check_ply_size(stream, file.size);
+  check_ply(stream, file.size);
 }
 
 void check_content(const File& file, MeshFormat format)
@@ -181,7 +181,7 @@ void check_content(const File& file, MeshFormat format)
   case MeshFormat::XmlMultiBlock: return check_xml(file, "vtkMultiBlockDataSet");
   case MeshFormat::LegacyVtk: return require(starts_with(file, "# vtk DataFile"), "is not a VTK file");
   case MeshFormat::Stl: return check_stl(file);
-  case MeshFormat::Ply: return check_ply(file);
+  case MeshFormat::Ply: return check_ply_file(file);
   case MeshFormat::Obj: return require(!has_zero_byte(file), "is not an OBJ file");
   case MeshFormat::Exodus: return check_exodus(file);
   }

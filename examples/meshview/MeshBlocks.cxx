@@ -145,13 +145,14 @@ std::vector<NamedMesh> list_meshes(vtkDataObject& data, const std::string& fallb
 {
   std::vector<NamedMesh> meshes;
   if (auto* mesh = vtkDataSet::SafeDownCast(&data)) {
-    meshes.push_back({fallback_name, mesh});
+    meshes.push_back({fallback_name, mesh, ""});
   }
   if (auto* tree = vtkDataObjectTree::SafeDownCast(&data)) {
     const auto leaf = vtkSmartPointer<vtkDataObjectTreeIterator>::Take(tree->NewTreeIterator());
     for (leaf->InitTraversal(); !leaf->IsDoneWithTraversal(); leaf->GoToNextItem()) {
       if (auto* mesh = vtkDataSet::SafeDownCast(leaf->GetCurrentDataObject())) {
-        meshes.push_back({leaf_name(*leaf, meshes.size() + 1), mesh});
+        const std::string name = leaf_name(*leaf, meshes.size() + 1);
+        meshes.push_back({name, mesh, name + ": "});
       }
     }
   }
@@ -191,7 +192,7 @@ std::vector<NamedMesh> split_by_block_array(const NamedMesh& whole)
   take_given_names(*grid->GetFieldData(), split.names);
   std::vector<NamedMesh> blocks;
   for (std::size_t i = 0; i < split.cells.size(); ++i) {
-    blocks.push_back({split.names[i], extract(*grid, *split.cells[i])});
+    blocks.push_back({whole.prefix + split.names[i], extract(*grid, *split.cells[i]), whole.prefix});
   }
   return blocks;
 }

@@ -15,6 +15,7 @@ struct NamedMesh
 {
   std::string name;
   vtkSmartPointer<vtkDataSet> mesh;
+  std::string prefix; ///< of the names of the blocks it is split into
 };
 
 /// The meshes inside what a reader has read: the leaves of composite data with their names, or the data

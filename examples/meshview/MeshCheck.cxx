@@ -72,16 +72,15 @@ void check_coordinates(vtkDataArray& array)
 
 void check_structure(vtkDataSet& mesh)
 {
-  if (auto* points = vtkPointSet::SafeDownCast(&mesh); points != nullptr && points->GetPoints() != nullptr) {
-    check_coordinates(*points->GetPoints()->GetData());
-  }
-  if (auto* grid = vtkRectilinearGrid::SafeDownCast(&mesh)) {
+  if (auto* points = vtkPointSet::SafeDownCast(&mesh)) {
+    if (points->GetPoints() != nullptr) {
+      check_coordinates(*points->GetPoints()->GetData());
+    }
+  } else if (auto* grid = vtkRectilinearGrid::SafeDownCast(&mesh)) {
     check_coordinates(*grid->GetXCoordinates());
     check_coordinates(*grid->GetYCoordinates());
     check_coordinates(*grid->GetZCoordinates());
-  }
-  const double* bounds = mesh.GetBounds();
-  if (first_bad(bounds, 6) >= 0) {
+  } else if (first_bad(mesh.GetBounds(), 6) >= 0) {
     throw MeshError("the coordinates are beyond 1e18 or not finite");
   }
 }
@@ -310,14 +309,12 @@ void check_polyhedra(vtkUnstructuredGrid& grid)
 
 // --- Arrays
 
-void check_lengths(vtkDataSetAttributes& attributes, vtkIdType wanted)
+/// Some readers pass on arrays that a file gives for other numbers of points or cells. Nobody can use them.
+void drop_unfit_arrays(vtkDataSetAttributes& attributes, vtkIdType wanted)
 {
-  for (int i = 0; i < attributes.GetNumberOfArrays(); ++i) {
-    vtkAbstractArray& array = *attributes.GetAbstractArray(i);
-    if (array.GetNumberOfTuples() != wanted) {
-      const std::string name = array.GetName() == nullptr ? "without a name" : array.GetName();
-      throw MeshError("the array " + name + " has " + text(array.GetNumberOfTuples()) + " values instead of " +
-                      text(wanted));
+  for (int i = attributes.GetNumberOfArrays() - 1; i >= 0; --i) {
+    if (attributes.GetAbstractArray(i)->GetNumberOfTuples() != wanted) {
+      attributes.RemoveArray(i);
     }
   }
 }
@@ -347,6 +344,6 @@ void check_mesh(vtkDataSet& mesh)
     check_surface(*surface);
   }
   check_structure(mesh);
-  check_lengths(*mesh.GetPointData(), mesh.GetNumberOfPoints());
-  check_lengths(*mesh.GetCellData(), mesh.GetNumberOfCells());
+  drop_unfit_arrays(*mesh.GetPointData(), mesh.GetNumberOfPoints());
+  drop_unfit_arrays(*mesh.GetCellData(), mesh.GetNumberOfCells());
 }

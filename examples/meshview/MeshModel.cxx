@@ -49,10 +49,9 @@ vtkSmartPointer<vtkActor> make_actor(vtkPolyData* data, const PartStyle& style)
   vtkProperty& property = *actor->GetProperty();
   set_color(property, style.color);
   property.SetInterpolationToFlat();
-  property.SetAmbient(0.18);
+  property.SetAmbient(0.2);
   property.SetDiffuse(0.82);
-  property.SetPointSize(5.0F); // vertices and lines of the mesh itself, pixels
-  property.SetLineWidth(1.5F);
+  property.SetPointSize(5.0F); // pixels; of meshes that have vertices
   return actor;
 }
 

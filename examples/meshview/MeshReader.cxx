@@ -194,7 +194,6 @@ void list_arrays(vtkDataSetAttributes& attributes, std::set<std::string>& names)
 /// Adds the blocks of one mesh to the file.
 void add_blocks(const NamedMesh& whole, const ReadRequest& request, MeshFile& file)
 {
-  check_mesh(*whole.mesh);
   if (request.ids) {
     add_ids(*whole.mesh);
   }
@@ -204,6 +203,25 @@ void add_blocks(const NamedMesh& whole, const ReadRequest& request, MeshFile& fi
       file.blocks.push_back(make_block(part.name, *part.mesh, request));
     }
   }
+}
+
+void add_meshes(const std::vector<NamedMesh>& meshes, const ReadRequest& request, MeshFile& file)
+{
+  std::set<std::string> arrays(file.arrays.begin(), file.arrays.end());
+  for (const NamedMesh& mesh : meshes) {
+    check_mesh(*mesh.mesh);
+    list_arrays(*mesh.mesh->GetPointData(), arrays);
+    list_arrays(*mesh.mesh->GetCellData(), arrays);
+    add_blocks(mesh, request, file);
+  }
+  file.arrays.assign(arrays.begin(), arrays.end());
+}
+
+/// The reason for a file without any mesh.
+std::string emptiness(const MeshFile& file, const VtkMessages& messages)
+{
+  const std::string warning = messages.first_warning();
+  return !file.damage.empty() ? file.damage : !warning.empty() ? warning : "has no cells";
 }
 
 MeshFile read_all(const std::string& path, const ReadRequest& request)
@@ -216,18 +234,12 @@ MeshFile read_all(const std::string& path, const ReadRequest& request)
   file.damage = damage_in(messages);
   const bool may_have_gaps = vtkXMLMultiBlockDataReader::SafeDownCast(source.reader) != nullptr;
   if (data == nullptr || (!file.damage.empty() && !may_have_gaps)) {
-    throw MeshError(file.damage.empty() ? "cannot be read" : file.damage);
-  }
-  for (const NamedMesh& mesh : list_meshes(*data, std::filesystem::path(path).stem().string())) {
-    list_arrays(*mesh.mesh->GetPointData(), source.arrays);
-    list_arrays(*mesh.mesh->GetCellData(), source.arrays);
-    add_blocks(mesh, request, file);
+    throw MeshError(emptiness(file, messages));
   }
   file.arrays.assign(source.arrays.begin(), source.arrays.end());
+  add_meshes(list_meshes(*data, std::filesystem::path(path).stem().string()), request, file);
   if (file.blocks.empty()) {
-    throw MeshError(!file.damage.empty()             ? file.damage
-                    : vtkDataSet::SafeDownCast(data) ? "has no cells"
-                                                     : "has no mesh with cells");
+    throw MeshError(emptiness(file, messages));
   }
   return file;
 }

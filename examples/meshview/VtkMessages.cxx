@@ -7,6 +7,7 @@
 #include <vtkObjectFactory.h>
 #include <vtkOutputWindow.h>
 
+#include <cstring>
 #include <sstream>
 
 namespace {
@@ -59,9 +60,11 @@ protected:
   ~Window() override = default;
 
 private:
+  /// The pipeline's own complaint about a failure says less than what came before it, if anything did.
   static void keep(std::string& first, const char* text)
   {
-    if (first.empty() && text != nullptr) {
+    const bool is_echo = text == nullptr || std::strstr(text, "returned failure for request") != nullptr;
+    if (first.empty() && !is_echo) {
       first = as_one_line(without_heading(text));
     }
   }

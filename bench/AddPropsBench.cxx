@@ -1,0 +1,287 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+
+// Adding props to a view and removing them, beside vtkRenderer::AddViewProp and RemoveViewProp on the same
+// props in the same order. "vtk/ours" is how many times as long VTK's way takes, both measured in this run;
+// its times grow with the square, so the largest size has no such counter. Needs no display.
+#include "GModel.h"
+#include "GView.h"
+
+#include <benchmark/benchmark.h>
+
+#include <vtkActor.h>
+#include <vtkNew.h>
+#include <vtkPolyData.h>
+#include <vtkPropCollection.h>
+#include <vtkRenderer.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <random>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Props = GView::Props;
+
+constexpr std::int64_t LargestForVtk = 10'000;
+
+template<typename Call>
+double seconds(Call&& call)
+{
+  const auto start = std::chrono::steady_clock::now();
+  call();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+Props make_actors(std::int64_t count)
+{
+  Props props;
+  for (std::int64_t i = 0; i < count; ++i) {
+    props.emplace_back(vtkSmartPointer<vtkActor>::New());
+  }
+  return props;
+}
+
+// --- Heap
+// ----------------------------------------------------------------------------------------------------
+
+enum class Heap
+{
+  Fresh,    // the elements of VTK's list lie one behind the other, as in a program that has just started
+  Scattered // they lie anywhere, as in one that has been at work for hours
+};
+
+/// Leaves holes of the size of a list element all over the heap, in random order, for the elements to fall
+/// into.
+class HeapHoles
+{
+public:
+  HeapHoles(Heap heap, std::int64_t count)
+  {
+    if (heap == Heap::Fresh) {
+      return;
+    }
+    std::vector<std::unique_ptr<char[]>> holes;
+    for (std::int64_t i = 0; i < 2 * count; ++i) {
+      holes.push_back(std::make_unique<char[]>(2 * sizeof(void*)));
+      mBetween.push_back(std::make_unique<char[]>(1000));
+    }
+    std::shuffle(holes.begin(), holes.end(), std::mt19937(1));
+    while (!holes.empty()) {
+      holes.pop_back();
+    }
+  }
+
+private:
+  std::vector<std::unique_ptr<char[]>> mBetween;
+};
+
+// --- The two contenders
+// --------------------------------------------------------------------------------------
+
+class ThroughView
+{
+public:
+  void add(const Props& props) { mView.add_props(props); }
+  void remove(const Props& props) { mView.remove_props(props); }
+  void fill(const Props& props) { mView.add_props(props); }
+
+private:
+  GView mView;
+};
+
+class ThroughVtk
+{
+public:
+  void add(const Props& props)
+  {
+    for (const auto& prop : props) {
+      mRenderer->AddViewProp(prop);
+    }
+  }
+  void remove(const Props& props)
+  {
+    for (const auto& prop : props) {
+      mRenderer->RemoveViewProp(prop);
+    }
+  }
+  // As add(), without its search: only the removal is to be timed.
+  void fill(const Props& props)
+  {
+    for (const auto& prop : props) {
+      mRenderer->GetViewProps()->AddItem(prop);
+      prop->AddConsumer(mRenderer);
+    }
+  }
+
+private:
+  vtkNew<vtkRenderer> mRenderer;
+};
+
+enum class Order
+{
+  First, // the first of the list leaves first: VTK finds it at once
+  Last,  // the last one leaves first: VTK's search is longest
+  Any
+};
+
+Props in_order(Props props, Order order)
+{
+  if (order == Order::Last) {
+    std::reverse(props.begin(), props.end());
+  } else if (order == Order::Any) {
+    std::shuffle(props.begin(), props.end(), std::mt19937(2));
+  }
+  return props;
+}
+
+template<typename Contender>
+double time_adding(const Props& props)
+{
+  Contender contender;
+  return seconds([&] { contender.add(props); });
+}
+
+template<typename Contender>
+double time_removing(const Props& props, const Props& leaving)
+{
+  Contender contender;
+  contender.fill(props);
+  return seconds([&] { contender.remove(leaving); });
+}
+
+// Google Benchmark calls each function several times; the slow one of the two is measured in one of them.
+template<typename Measure>
+double once_for(const benchmark::State& state, std::map<std::int64_t, double>& known, Measure&& measure)
+{
+  const auto found = known.find(state.range(0));
+  return found != known.end() ? found->second : known.emplace(state.range(0), measure()).first->second;
+}
+
+template<typename Ours, typename Vtk>
+void compare(benchmark::State& state, std::map<std::int64_t, double>& vtk_times, Ours&& ours, Vtk&& vtk)
+{
+  double total = 0.0;
+  for (auto _ : state) {
+    const double time = ours();
+    state.SetIterationTime(time);
+    total += time;
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+  if (state.range(0) <= LargestForVtk) {
+    const double vtk_time = once_for(state, vtk_times, vtk);
+    state.counters["vtk_s"] = vtk_time;
+    state.counters["vtk/ours"] = vtk_time * static_cast<double>(state.iterations()) / total;
+  }
+}
+
+// --- Benchmarks
+// ----------------------------------------------------------------------------------------------
+
+void add_props(benchmark::State& state, Heap heap)
+{
+  static std::map<Heap, std::map<std::int64_t, double>> vtk_times;
+  const Props props = make_actors(state.range(0));
+  const HeapHoles holes(heap, state.range(0));
+  compare(
+      state, vtk_times[heap], [&] { return time_adding<ThroughView>(props); },
+      [&] { return time_adding<ThroughVtk>(props); });
+}
+
+void remove_props(benchmark::State& state, Heap heap, Order order)
+{
+  static std::map<std::pair<Heap, Order>, std::map<std::int64_t, double>> vtk_times;
+  const Props props = make_actors(state.range(0));
+  const Props leaving = in_order(props, order);
+  const HeapHoles holes(heap, state.range(0));
+  compare(
+      state, vtk_times[{heap, order}], [&] { return time_removing<ThroughView>(props, leaving); },
+      [&] { return time_removing<ThroughVtk>(props, leaving); });
+}
+
+Props one_actor(vtkDataObject* /*data*/, GView* /*view*/)
+{
+  return {vtkSmartPointer<vtkActor>::New()};
+}
+
+/// A model of parts with one actor each, shown in one view.
+class ModelInView : public GModel
+{
+public:
+  explicit ModelInView(std::int64_t num_parts)
+  {
+    this->add_view(&mView);
+    for (std::int64_t i = 0; i < num_parts; ++i) {
+      this->add_part(vtkNew<vtkPolyData>(), one_actor);
+    }
+  }
+  ~ModelInView() override { this->remove_view(&mView); }
+
+  void update_parts() override {}
+
+private:
+  GView mView;
+};
+
+/// The plain way to keep the same: the props by part, and VTK's call for each as its part goes.
+class PlainModel
+{
+public:
+  explicit PlainModel(std::int64_t num_parts)
+  {
+    for (std::int64_t i = 0; i < num_parts; ++i) {
+      const auto props = one_actor(nullptr, nullptr);
+      mRenderer.fill(props);
+      mParts.emplace(vtkSmartPointer<vtkPolyData>::New(), props);
+    }
+  }
+
+  void clear()
+  {
+    while (!mParts.empty()) {
+      mRenderer.remove(mParts.begin()->second);
+      mParts.erase(mParts.begin());
+    }
+  }
+
+private:
+  ThroughVtk mRenderer;
+  std::map<vtkSmartPointer<vtkPolyData>, Props> mParts;
+};
+
+template<typename Model>
+double time_clearing(std::int64_t num_parts)
+{
+  Model model(num_parts);
+  return seconds([&] { model.clear(); });
+}
+
+void clear_model(benchmark::State& state)
+{
+  static std::map<std::int64_t, double> vtk_times;
+  compare(
+      state, vtk_times, [&] { return time_clearing<ModelInView>(state.range(0)); },
+      [&] { return time_clearing<PlainModel>(state.range(0)); });
+}
+
+void sizes(benchmark::internal::Benchmark* benchmark)
+{
+  benchmark->Arg(1'000)->Arg(10'000)->Arg(50'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK_CAPTURE(add_props, fresh_heap, Heap::Fresh)->Apply(sizes);
+BENCHMARK_CAPTURE(add_props, scattered_heap, Heap::Scattered)->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, first_to_last, Heap::Fresh, Order::First)->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, last_to_first, Heap::Fresh, Order::Last)->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, any_order, Heap::Fresh, Order::Any)->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, any_order_scattered_heap, Heap::Scattered, Order::Any)->Apply(sizes);
+BENCHMARK(clear_model)->Apply(sizes);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+// meshview: shows meshes with libmorrow_base. See --help, and Viewer.cxx for how the library is used.
+
+#include "ColorScale.h"
+#include "Console.h"
+#include "Display.h"
+#include "Interrupt.h"
+#include "MeshLegend.h"
+#include "MeshReader.h"
+#include "Options.h"
+#include "Picture.h"
+#include "ReadGuard.h"
+#include "Viewer.h"
+
+#include <exception>
+#include <iostream>
+
+namespace {
+
+/// Reads one file; tells the user when it cannot be shown, or not all of it.
+void read_file(const std::string& path, const ReadRequest& request, std::vector<MeshFile>& files)
+{
+  MeshFile file = read_mesh(path, request);
+  if (!file.damage.empty()) {
+    Console::complain(path, file.damage);
+  }
+  files.push_back(std::move(file));
+}
+
+/// Reads all files that the log does not call failed. Failed ones are left out.
+std::vector<MeshFile> read_files(const Options& options, ReadLog& log)
+{
+  ReadRequest request;
+  request.color_by = options.color_by;
+  request.ids = options.labels == Labels::Points || options.labels == Labels::Cells;
+  request.edges = options.edges;
+  std::vector<MeshFile> files;
+  for (std::size_t i = 0; i < options.files.size(); ++i) {
+    if (log.get(i) == ReadLog::State::Failed) {
+      continue;
+    }
+    log.set(i, ReadLog::State::Reading);
+    try {
+      read_file(options.files[i], request, files);
+      log.set(i, ReadLog::State::Read);
+    } catch (const MeshError& error) {
+      Console::complain(options.files[i], error.what());
+      log.set(i, ReadLog::State::Failed);
+    }
+  }
+  return files;
+}
+
+/// The part of reading and preparing that Ctrl-C may stop.
+std::vector<MeshFile> read_files_or_stop(const Options& options, ReadLog& log)
+{
+  const InterruptScope interrupt;
+  return read_files(options, log);
+}
+
+bool all_whole(const std::vector<MeshFile>& files, std::size_t number_asked_for)
+{
+  bool is_whole = files.size() == number_asked_for;
+  for (const MeshFile& file : files) {
+    is_whole = is_whole && file.damage.empty();
+  }
+  return is_whole;
+}
+
+int draw(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
+{
+  Viewer viewer(options, files, scale);
+  if (options.image.empty()) {
+    viewer.run_window();
+    return EXIT_ALL_SHOWN;
+  }
+  const std::string problem = viewer.write_image();
+  if (!problem.empty()) {
+    Console::complain(options.image, problem);
+    return EXIT_NOTHING_SHOWN;
+  }
+  return EXIT_ALL_SHOWN;
+}
+
+int show(const Options& options, const std::vector<MeshFile>& files)
+{
+  const ColorScale scale = options.color_by.empty() ? ColorScale() : ColorScale(options.color_by, files);
+  write_legend(std::cout, files);
+  if (!scale.is_empty()) {
+    std::cout << "colours: " << options.color_by << " from " << scale.range().low << " (blue) to "
+              << scale.range().high << " (red)" << std::endl;
+  }
+  const int status = draw(options, files, scale);
+  return status == EXIT_ALL_SHOWN && !all_whole(files, options.files.size()) ? EXIT_SOME_FAILED : status;
+}
+
+/// All that may meet a damaged file.
+int read_and_show(const Options& options, ReadLog& log)
+{
+  try {
+    const std::vector<MeshFile> files = read_files_or_stop(options, log);
+    return files.empty() ? EXIT_NOTHING_SHOWN : show(options, files);
+  } catch (const ReadInterrupted&) {
+    Console::complain("interrupted");
+    return EXIT_INTERRUPTED;
+  } catch (const std::exception& error) {
+    Console::complain(error.what());
+    return EXIT_NOTHING_SHOWN;
+  }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+  Options options;
+  if (const auto status = parse_options(argc, argv, options)) {
+    return *status;
+  }
+  if (const std::string problem = options.image.empty() ? "" : picture_problem(options.image);
+      !problem.empty()) {
+    Console::complain(options.image, problem);
+    return EXIT_NOTHING_SHOWN;
+  }
+  if (const std::string problem = display_problem(); !problem.empty()) {
+    Console::complain(problem);
+    return EXIT_NOTHING_SHOWN;
+  }
+  const auto work = [&options](ReadLog& log) { return read_and_show(options, log); };
+  return options.guard ? run_guarded(options.files, work) : run_unguarded(options.files, work);
+}

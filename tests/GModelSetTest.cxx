@@ -1,0 +1,1054 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "GModelSet.h"
+
+#include "BrantVector.h"
+#include "GModel.h"
+#include "GView.h"
+#include "ModelFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <ostream>
+#include <string>
+#include <type_traits>
+
+namespace {
+
+using namespace morrow_test;
+
+using Views = std::vector<GView*>;
+using Models = std::vector<GModel*>;
+
+/// Two models and two views, and a set that knows none of them. The names do not say whose address is lower.
+class GModelSetTest : public ViewTest
+{
+protected:
+  /// Everything into the set, and a part with one prop into each model.
+  void fill()
+  {
+    mSet.add_model(&mOne);
+    mSet.add_model(&mOther);
+    mSet.add_view(mLeft.get());
+    mSet.add_view(mRight.get());
+    mOne.add_part(mData[0], mOfOne.function());
+    mOther.add_part(mData[1], mOfOther.function());
+  }
+
+  ScriptedModel mOne;
+  ScriptedModel mOther;
+  std::shared_ptr<GView> mLeft = make_view();
+  std::shared_ptr<GView> mRight = make_view();
+  Maker mOfOne;
+  Maker mOfOther;
+  std::vector<vtkSmartPointer<vtkPolyData>> mData = sorted_data(2);
+  GModelSet mSet;
+};
+
+// --- The lists
+// -------------------------------------------------------------------------------------------------------
+
+TEST_F(GModelSetTest, StartsEmpty)
+{
+  EXPECT_TRUE(mSet.views().empty());
+  EXPECT_TRUE(mSet.models().empty());
+  mSet.update_model_parts();
+  mSet.render();
+}
+
+TEST_F(GModelSetTest, CannotBeCopied)
+{
+  EXPECT_FALSE(std::is_copy_constructible_v<GModelSet>);
+  EXPECT_FALSE(std::is_copy_assignable_v<GModelSet>);
+}
+
+// The destructor takes the first two slots.
+TEST_F(GModelSetTest, KeepsTheOrderOfItsVirtualOperations)
+{
+  EXPECT_TRUE(std::has_virtual_destructor_v<GModelSet>);
+  EXPECT_EQ(slot_of(&GModelSet::update_model_parts), 2U);
+}
+
+TEST_F(GModelSetTest, ListsKeepTheOrderOfAddition)
+{
+  const auto views = sorted_views(3);
+  const Views order = {views[1].get(), views[2].get(), views[0].get()};
+  for (GView* view : order) {
+    mSet.add_view(view);
+  }
+  EXPECT_EQ(mSet.views(), order);
+  mSet.add_model(&mOther);
+  mSet.add_model(&mOne);
+  EXPECT_EQ(mSet.models(), (Models{&mOther, &mOne}));
+}
+
+TEST_F(GModelSetTest, RemovalKeepsTheOrderOfTheOthers)
+{
+  const auto views = sorted_views(3);
+  for (const std::size_t i : {2U, 0U, 1U}) {
+    mSet.add_view(views[i].get());
+  }
+  mSet.remove_view(views[0].get());
+  EXPECT_EQ(mSet.views(), (Views{views[2].get(), views[1].get()}));
+  ScriptedModel third;
+  mSet.add_model(&mOther);
+  mSet.add_model(&third);
+  mSet.add_model(&mOne);
+  mSet.remove_model(&third);
+  EXPECT_EQ(mSet.models(), (Models{&mOther, &mOne}));
+}
+
+TEST_F(GModelSetTest, DuplicatesChangeNothing)
+{
+  fill();
+  const PropPointers left = shown(*mLeft);
+  mSet.add_view(mLeft.get());
+  mSet.add_model(&mOne);
+  EXPECT_EQ(mSet.views(), (Views{mLeft.get(), mRight.get()}));
+  EXPECT_EQ(mSet.models(), (Models{&mOne, &mOther}));
+  EXPECT_EQ(mOfOne.calls.size(), 2U);
+  EXPECT_EQ(shown(*mLeft), left);
+}
+
+TEST_F(GModelSetTest, NullsAndStrangersChangeNothing)
+{
+  fill();
+  GView stranger;
+  ScriptedModel foreign;
+  stranger.add_props({vtkSmartPointer<vtkActor>::New()});
+  foreign.add_view(&stranger);
+  mSet.add_view(nullptr);
+  mSet.add_model(nullptr);
+  mSet.remove_view(nullptr);
+  mSet.remove_model(nullptr);
+  mSet.remove_view(&stranger);
+  mSet.remove_model(&foreign);
+  EXPECT_EQ(mSet.views(), (Views{mLeft.get(), mRight.get()}));
+  EXPECT_EQ(mSet.models(), (Models{&mOne, &mOther}));
+  EXPECT_EQ(shown(stranger).size(), 2U); // its prop and the foreign model's labels
+}
+
+// --- Everything with everything
+// --------------------------------------------------------------------------------------
+
+TEST_F(GModelSetTest, ViewGetsEveryModelInListOrder)
+{
+  mOne.add_part(mData[0], mOfOne.function());
+  mOther.add_part(mData[1], mOfOther.function());
+  mSet.add_model(&mOther);
+  mSet.add_model(&mOne);
+  mSet.add_view(mLeft.get());
+  const PropPointers all = shown(*mLeft);
+  ASSERT_EQ(all.size(), 4U);
+  EXPECT_EQ(all[0], mOfOther.made[0]);
+  EXPECT_TRUE(is_label_actor(all[1]));
+  EXPECT_EQ(all[2], mOfOne.made[0]);
+  EXPECT_TRUE(is_label_actor(all[3]));
+}
+
+TEST_F(GModelSetTest, ModelGetsEveryViewInListOrder)
+{
+  const auto views = sorted_views(3);
+  const Views order = {views[2].get(), views[0].get(), views[1].get()};
+  for (GView* view : order) {
+    mSet.add_view(view);
+  }
+  mOne.add_part(mData[0], mOfOne.function());
+  mSet.add_model(&mOne);
+  ASSERT_EQ(mOfOne.calls.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(mOfOne.calls[i].view, order[i]); // the list's order, not the addresses'
+  }
+}
+
+TEST_F(GModelSetTest, PartFunctionsRunOncePerPartAndView)
+{
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mOne.add_part(mData[0], mOfOne.function());
+  mOne.add_part(mData[1], mOfOne.function());
+  mSet.add_model(&mOne);
+  EXPECT_EQ(mOfOne.calls.size(), 4U);
+  mSet.add_model(&mOne);
+  EXPECT_EQ(mOfOne.calls.size(), 4U);
+}
+
+TEST_F(GModelSetTest, RemovedViewLosesAllPropsAndTheOthersKeepTheirs)
+{
+  fill();
+  const PropPointers right = shown(*mRight);
+  mSet.remove_view(mLeft.get());
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_EQ(shown(*mRight), right);
+  const auto alive = [](const auto& prop) { return prop != nullptr; };
+  EXPECT_EQ(std::count_if(mOfOne.made.begin(), mOfOne.made.end(), alive), 1); // for each view there was one
+  mOne.add_part(mData[1], mOfOne.function());
+  EXPECT_EQ(mOfOne.calls.size(), 3U); // for the right view only
+}
+
+TEST_F(GModelSetTest, RemovedModelLeavesEveryView)
+{
+  fill();
+  mSet.remove_model(&mOne);
+  EXPECT_EQ(mSet.models(), Models{&mOther});
+  for (const auto& prop : mOfOne.made) {
+    EXPECT_EQ(prop, nullptr);
+  }
+  EXPECT_EQ(shown(*mLeft).size(), 2U);
+  EXPECT_EQ(shown(*mRight).size(), 2U);
+  mSet.remove_model(&mOne);
+  EXPECT_EQ(shown(*mLeft).size(), 2U);
+}
+
+TEST_F(GModelSetTest, WhatLeftMayComeBackAtTheEnd)
+{
+  fill();
+  mSet.remove_view(mLeft.get());
+  mSet.remove_model(&mOne);
+  mSet.add_view(mLeft.get());
+  mSet.add_model(&mOne);
+  EXPECT_EQ(mSet.views(), (Views{mRight.get(), mLeft.get()}));
+  EXPECT_EQ(mSet.models(), (Models{&mOther, &mOne}));
+  EXPECT_EQ(shown(*mLeft).size(), 4U);
+  EXPECT_EQ(shown(*mRight).size(), 4U);
+}
+
+TEST_F(GModelSetTest, UnhookedModelIsConnectedWithoutBeingShown)
+{
+  mOne.add_part(mData[0], mOfOne.function());
+  mOne.unhook_from_views();
+  mSet.add_view(mLeft.get());
+  mSet.add_model(&mOne);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  mOne.add_part(mData[1], mOfOne.function());
+  mOne.hook_to_views();
+  EXPECT_EQ(shown(*mLeft).size(), 2U); // the later part and the labels
+}
+
+TEST_F(GModelSetTest, ModelMayBeInTwoSets)
+{
+  GModelSet second;
+  mOne.add_part(mData[0], mOfOne.function());
+  mSet.add_model(&mOne);
+  second.add_model(&mOne);
+  mSet.add_view(mLeft.get());
+  second.add_view(mRight.get());
+  mSet.remove_model(&mOne);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_EQ(shown(*mRight).size(), 2U);
+  EXPECT_EQ(second.models(), Models{&mOne});
+}
+
+TEST_F(GModelSetTest, ViewThatAModelAlreadyShowsInIsNotShownTwice)
+{
+  mOne.add_part(mData[0], mOfOne.function());
+  mOne.add_view(mLeft.get());
+  mSet.add_model(&mOne);
+  mSet.add_view(mLeft.get());
+  EXPECT_EQ(mOfOne.calls.size(), 1U);
+  EXPECT_EQ(shown(*mLeft).size(), 2U);
+}
+
+TEST_F(GModelSetTest, RemovesAViewThatAModelHasLeftByItself)
+{
+  fill();
+  mOne.remove_view(mLeft.get());
+  EXPECT_EQ(mSet.views(), (Views{mLeft.get(), mRight.get()})); // the set's business is the set's
+  mSet.remove_view(mLeft.get());
+  EXPECT_TRUE(shown(*mLeft).empty());
+}
+
+// --- Link and list
+// -----------------------------------------------------------------------------------------------------
+
+/// A view's link to a set, as both sides tell it.
+void expect_in(const GView& view, const GModelSet& set)
+{
+  EXPECT_EQ(view.get_model_set(), &set);
+  EXPECT_EQ(std::count(set.views().begin(), set.views().end(), &view), 1);
+}
+
+void expect_not_in(const GView& view, const GModelSet& set)
+{
+  EXPECT_NE(view.get_model_set(), &set);
+  EXPECT_EQ(std::count(set.views().begin(), set.views().end(), &view), 0);
+}
+
+TEST_F(GModelSetTest, AddingAViewMakesTheLink)
+{
+  mSet.add_view(mLeft.get());
+  expect_in(*mLeft, mSet);
+}
+
+TEST_F(GModelSetTest, LinkingAViewAddsIt)
+{
+  mLeft->set_model_set(&mSet);
+  expect_in(*mLeft, mSet);
+}
+
+TEST_F(GModelSetTest, RemovingAViewCutsTheLink)
+{
+  mLeft->set_model_set(&mSet);
+  mSet.remove_view(mLeft.get());
+  expect_not_in(*mLeft, mSet);
+  EXPECT_EQ(mLeft->get_model_set(), nullptr);
+}
+
+TEST_F(GModelSetTest, UnlinkingAViewRemovesIt)
+{
+  fill();
+  mLeft->set_model_set(nullptr);
+  expect_not_in(*mLeft, mSet);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_EQ(mSet.views(), Views{mRight.get()});
+}
+
+TEST_F(GModelSetTest, BothSidesAfterEachOtherChangeNothing)
+{
+  fill();
+  const PropPointers before = shown(*mLeft);
+  mLeft->set_model_set(&mSet);
+  mSet.add_view(mLeft.get());
+  expect_in(*mLeft, mSet);
+  EXPECT_EQ(shown(*mLeft), before);
+  EXPECT_EQ(mOfOne.calls.size(), 2U);
+  mSet.remove_view(mLeft.get());
+  mLeft->set_model_set(nullptr);
+  mSet.remove_view(mLeft.get());
+  expect_not_in(*mLeft, mSet);
+}
+
+class GModelSetMoveTest : public GModelSetTest, public ::testing::WithParamInterface<bool>
+{
+protected:
+  void move(GModelSet& to) { GetParam() ? to.add_view(mLeft.get()) : mLeft->set_model_set(&to); }
+
+  GModelSet mNext;
+};
+
+INSTANTIATE_TEST_SUITE_P(, GModelSetMoveTest, ::testing::Bool(),
+                         [](const auto& each) { return each.param ? "BySet" : "ByView"; });
+
+TEST_P(GModelSetMoveTest, ViewInAnotherSetLeavesThatOne)
+{
+  fill();
+  ScriptedModel third;
+  mNext.add_model(&third);
+  move(mNext);
+  expect_in(*mLeft, mNext);
+  expect_not_in(*mLeft, mSet);
+  EXPECT_EQ(shown(*mLeft).size(), 1U); // the third model's labels
+  EXPECT_EQ(shown(*mRight).size(), 4U);
+}
+
+TEST_P(GModelSetMoveTest, ModelInBothSetsIsShownAnew)
+{
+  fill();
+  mNext.add_model(&mOne);
+  move(mNext);
+  EXPECT_EQ(shown(*mLeft).size(), 2U);
+  EXPECT_EQ(mOfOne.calls.size(), 3U); // what was made for the view in the first set has gone
+  EXPECT_EQ(std::count(mOfOne.made.begin(), mOfOne.made.end(), nullptr), 1);
+}
+
+TEST_P(GModelSetMoveTest, ViewIsInNoSetWhenTheNextOneFails)
+{
+  fill();
+  ScriptedModel failing;
+  failing.add_part(mData[0], throwing());
+  mNext.add_model(&failing);
+  EXPECT_THROW(move(mNext), HostError);
+  expect_not_in(*mLeft, mNext);
+  expect_not_in(*mLeft, mSet);
+  EXPECT_EQ(mLeft->get_model_set(), nullptr);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  move(mSet);
+  expect_in(*mLeft, mSet);
+}
+
+TEST_P(GModelSetMoveTest, FirstSetMayDieAfterwards)
+{
+  {
+    GModelSet first;
+    first.add_model(&mOne);
+    first.add_view(mLeft.get());
+    move(mNext);
+  }
+  expect_in(*mLeft, mNext);
+}
+
+// --- Prop functions that throw
+// -------------------------------------------------------------------------------------------
+
+TEST_F(GModelSetTest, ViewForWhichAModelFailsIsTakenOutAgain)
+{
+  ScriptedModel never;
+  mOne.add_part(mData[0], mOfOne.function());
+  mOther.add_part(mData[1], throwing());
+  never.add_part(mData[1], mOfOther.function());
+  mSet.add_model(&mOne);
+  mSet.add_model(&mOther);
+  mSet.add_model(&never);
+  EXPECT_THROW(mSet.add_view(mLeft.get()), HostError);
+  expect_not_in(*mLeft, mSet);
+  EXPECT_EQ(mLeft->get_model_set(), nullptr);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_EQ(mOfOne.made[0], nullptr);
+  EXPECT_TRUE(mOfOther.calls.empty());
+  EXPECT_EQ(mSet.models().size(), 3U); // the models are as they were
+  mOther.clear();
+  mSet.add_view(mLeft.get());
+  EXPECT_EQ(num_part_props(*mLeft), 2);
+}
+
+TEST_F(GModelSetTest, ModelThatFailsInTheSecondViewIsTakenOutAgain)
+{
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mOne.add_part(mData[0], [this](vtkDataObject*, GView* view) {
+    if (view == mRight.get()) {
+      throw HostError("host");
+    }
+    return Props{vtkSmartPointer<vtkActor>::New()};
+  });
+  EXPECT_THROW(mSet.add_model(&mOne), HostError);
+  EXPECT_TRUE(mSet.models().empty());
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_TRUE(shown(*mRight).empty());
+  EXPECT_EQ(mData[0]->GetReferenceCount(), 2); // it is still a part of the model
+  expect_in(*mLeft, mSet);
+  expect_in(*mRight, mSet);
+}
+
+TEST_F(GModelSetTest, EmptyFunctionFailsLikeOneThatThrows)
+{
+  mSet.add_view(mLeft.get());
+  mOne.add_part(mData[0], PartPropFunction());
+  EXPECT_THROW(mSet.add_model(&mOne), std::bad_function_call);
+  EXPECT_TRUE(mSet.models().empty());
+  EXPECT_TRUE(shown(*mLeft).empty());
+}
+
+TEST_F(GModelSetTest, ModelThatFailedMayBeDestroyed)
+{
+  mSet.add_view(mLeft.get());
+  {
+    ScriptedModel failing;
+    failing.add_part(mData[0], throwing());
+    EXPECT_THROW(mSet.add_model(&failing), HostError);
+  }
+  mSet.update_model_parts(); // must not ask the dead one
+  EXPECT_TRUE(mSet.models().empty());
+}
+
+// --- Prop functions that call back
+// ---------------------------------------------------------------------------------------
+
+TEST_F(GModelSetTest, PropFunctionMayTakeItsViewOutOfTheSet)
+{
+  mOne.add_part(mData[0], acting_once([&](vtkDataObject*, GView* view) { mSet.remove_view(view); }));
+  mOther.add_part(mData[1], mOfOther.function());
+  mSet.add_model(&mOne);
+  mSet.add_model(&mOther);
+  mSet.add_view(mLeft.get());
+  expect_not_in(*mLeft, mSet);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_TRUE(mOfOther.calls.empty()); // no turn for a model of the set that the view has left
+}
+
+TEST_F(GModelSetTest, PropFunctionMayMoveItsViewToAnotherSet)
+{
+  GModelSet next;
+  next.add_model(&mOther);
+  mOne.add_part(mData[0], acting_once([&](vtkDataObject*, GView* view) { next.add_view(view); }));
+  mSet.add_model(&mOne);
+  mSet.add_view(mLeft.get());
+  expect_in(*mLeft, next);
+  expect_not_in(*mLeft, mSet);
+  EXPECT_EQ(shown(*mLeft).size(), 1U); // labels of the other model
+}
+
+TEST_F(GModelSetTest, PropFunctionMayTakeItsModelOutOfTheSet)
+{
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mOne.add_part(mData[0], acting_once([&](vtkDataObject*, GView*) { mSet.remove_model(&mOne); }));
+  mSet.add_model(&mOne);
+  EXPECT_TRUE(mSet.models().empty());
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_TRUE(shown(*mRight).empty());
+}
+
+TEST_F(GModelSetTest, PropFunctionMayAddModelsAndViews)
+{
+  mOther.add_part(mData[1], mOfOther.function());
+  mOne.add_part(mData[0], acting_once([&](vtkDataObject*, GView*) {
+                  mSet.add_model(&mOther);
+                  mSet.add_view(mRight.get());
+                }));
+  mSet.add_model(&mOne);
+  mSet.add_view(mLeft.get());
+  EXPECT_EQ(mSet.views(), (Views{mLeft.get(), mRight.get()}));
+  EXPECT_EQ(mSet.models(), (Models{&mOne, &mOther}));
+  EXPECT_EQ(num_part_props(*mLeft), 2);
+  EXPECT_EQ(num_part_props(*mRight), 2);
+  EXPECT_EQ(mOfOther.calls.size(), 2U);
+}
+
+TEST_F(GModelSetTest, PropFunctionMayDestroyItsView)
+{
+  mOne.add_part(mData[0], acting_once([&](vtkDataObject*, GView*) { mLeft.reset(); }));
+  mOther.add_part(mData[1], mOfOther.function());
+  mSet.add_model(&mOne);
+  mSet.add_model(&mOther);
+  mSet.add_view(mLeft.get());
+  EXPECT_TRUE(mSet.views().empty());
+  EXPECT_TRUE(mOfOther.calls.empty());
+}
+
+TEST_F(GModelSetTest, PropFunctionMayDestroyItsViewAndThrow)
+{
+  mOne.add_part(mData[0], [&](vtkDataObject*, GView*) -> Props {
+    mLeft.reset();
+    throw HostError("host");
+  });
+  mSet.add_model(&mOne);
+  EXPECT_THROW(mSet.add_view(mLeft.get()), HostError);
+  EXPECT_TRUE(mSet.views().empty());
+}
+
+TEST_F(GModelSetTest, PropFunctionMayDestroyItsModel)
+{
+  auto dying = std::make_unique<ScriptedModel>();
+  dying->add_part(mData[0], acting_once([&](vtkDataObject*, GView*) { dying.reset(); }));
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mSet.add_model(dying.get());
+  EXPECT_TRUE(mSet.models().empty());
+  EXPECT_TRUE(shown(*mLeft).empty());
+}
+
+TEST_F(GModelSetTest, PropFunctionMayDestroyItsModelAndThrow)
+{
+  auto dying = std::make_unique<ScriptedModel>();
+  dying->add_part(mData[0], [&](vtkDataObject*, GView*) -> Props {
+    dying.reset();
+    throw HostError("host");
+  });
+  mSet.add_view(mLeft.get());
+  EXPECT_THROW(mSet.add_model(dying.get()), HostError);
+  EXPECT_TRUE(mSet.models().empty());
+}
+
+TEST_F(GModelSetTest, PropFunctionMayDestroyAModelThatWaits)
+{
+  auto dying = std::make_unique<ScriptedModel>();
+  mOne.add_part(mData[0], acting_once([&](vtkDataObject*, GView*) { dying.reset(); }));
+  mSet.add_model(&mOne);
+  mSet.add_model(dying.get());
+  mSet.add_view(mLeft.get());
+  EXPECT_EQ(mSet.models(), Models{&mOne});
+  expect_in(*mLeft, mSet);
+}
+
+// --- Updating
+// --------------------------------------------------------------------------------------------------------
+
+TEST_F(GModelSetTest, UpdatesModelsInListOrder)
+{
+  Models order;
+  mOne.on_update = [&] { order.push_back(&mOne); };
+  mOther.on_update = [&] { order.push_back(&mOther); };
+  mSet.add_model(&mOther);
+  mSet.add_model(&mOne);
+  mSet.update_model_parts();
+  EXPECT_EQ(order, (Models{&mOther, &mOne}));
+}
+
+TEST_F(GModelSetTest, AddingUpdatesNothing)
+{
+  fill();
+  EXPECT_EQ(mOne.updates, 0);
+}
+
+TEST_F(GModelSetTest, UnhookedModelsAreNotUpdated)
+{
+  fill();
+  mOne.unhook_from_views();
+  mSet.update_model_parts();
+  EXPECT_EQ(mOne.updates, 0);
+  EXPECT_EQ(mOther.updates, 1);
+  mOne.hook_to_views();
+  mSet.update_model_parts();
+  EXPECT_EQ(mOne.updates, 1);
+}
+
+TEST_F(GModelSetTest, ModelUnhookedInTheCourseOfAnUpdateIsNotUpdated)
+{
+  fill();
+  mOne.on_update = [&] { mOther.unhook_from_views(); };
+  mSet.update_model_parts();
+  EXPECT_EQ(mOther.updates, 0);
+}
+
+// The set itself does not ask for the graphics status; its callers do.
+TEST_F(GModelSetTest, UpdatesWhateverTheGraphicsStatus)
+{
+  fill();
+  MRUtil::set_graphics_status(MRUtil::GRAPHICS_DISABLED);
+  mSet.update_model_parts();
+  EXPECT_EQ(mOne.updates, 1);
+}
+
+TEST_F(GModelSetTest, UpdatesWithoutViews)
+{
+  mSet.add_model(&mOne);
+  mSet.update_model_parts();
+  EXPECT_EQ(mOne.updates, 1);
+}
+
+TEST_F(GModelSetTest, UpdateMayRemoveItsOwnModel)
+{
+  fill();
+  mOne.on_update = [&] { mSet.remove_model(&mOne); };
+  mSet.update_model_parts();
+  EXPECT_EQ(mOther.updates, 1); // nobody is passed over
+  EXPECT_EQ(mSet.models(), Models{&mOther});
+}
+
+TEST_F(GModelSetTest, UpdateMayRemoveALaterModel)
+{
+  fill();
+  mOne.on_update = [&] { mSet.remove_model(&mOther); };
+  mSet.update_model_parts();
+  EXPECT_EQ(mOther.updates, 0);
+}
+
+TEST_F(GModelSetTest, UpdateMayRemoveAnEarlierModel)
+{
+  ScriptedModel third;
+  fill();
+  mSet.add_model(&third);
+  mOther.on_update = [&] { mSet.remove_model(&mOne); };
+  mSet.update_model_parts();
+  EXPECT_EQ(mOne.updates, 1);
+  EXPECT_EQ(mOther.updates, 1);
+  EXPECT_EQ(third.updates, 1); // once, though it has moved up
+}
+
+TEST_F(GModelSetTest, UpdateMayAddAModel)
+{
+  ScriptedModel third;
+  fill();
+  mOne.on_update = [&] { mSet.add_model(&third); };
+  mSet.update_model_parts();
+  EXPECT_EQ(third.updates, 0); // its turn comes with the next update
+  mSet.update_model_parts();
+  EXPECT_EQ(third.updates, 1);
+}
+
+TEST_F(GModelSetTest, UpdateMayRemoveAndAddTheSameModel)
+{
+  fill();
+  mOne.on_update = [&] {
+    mSet.remove_model(&mOther);
+    mSet.add_model(&mOther);
+  };
+  mSet.update_model_parts();
+  EXPECT_EQ(mOther.updates, 1);
+}
+
+TEST_F(GModelSetTest, UpdateMayDestroyItsOwnModel)
+{
+  auto dying = std::make_unique<ScriptedModel>();
+  mSet.add_model(dying.get());
+  mSet.add_model(&mOne);
+  dying->on_update = [&] { dying.reset(); };
+  mSet.update_model_parts();
+  EXPECT_EQ(mSet.models(), Models{&mOne});
+  EXPECT_EQ(mOne.updates, 1);
+}
+
+TEST_F(GModelSetTest, UpdateMayDestroyALaterModel)
+{
+  auto dying = std::make_unique<ScriptedModel>();
+  mSet.add_model(&mOne);
+  mSet.add_model(dying.get());
+  mOne.on_update = [&] { dying.reset(); };
+  mSet.update_model_parts();
+  EXPECT_EQ(mSet.models(), Models{&mOne});
+}
+
+TEST_F(GModelSetTest, UpdateMayChangeTheViews)
+{
+  fill();
+  const auto third = make_view();
+  mOne.on_update = [&] {
+    mSet.remove_view(mLeft.get());
+    mSet.add_view(third.get());
+    mRight.reset();
+  };
+  mSet.update_model_parts();
+  EXPECT_EQ(mSet.views(), Views{third.get()});
+  EXPECT_EQ(mOther.updates, 1);
+  EXPECT_EQ(shown(*third).size(), 4U);
+}
+
+TEST_F(GModelSetTest, ExceptionOfAnUpdatePassesOn)
+{
+  fill();
+  mOne.on_update = [] { throw HostError("host"); };
+  EXPECT_THROW(mSet.update_model_parts(), HostError);
+  mOne.on_update = nullptr;
+  mSet.update_model_parts();
+  EXPECT_EQ(mOther.updates, 1);
+}
+
+class CountingSet : public GModelSet
+{
+public:
+  void update_model_parts() override { ++updates; }
+
+  int updates = 0;
+};
+
+TEST_F(GModelSetTest, ViewsUpdateThroughTheVirtualOperation)
+{
+  CountingSet set;
+  set.add_view(mLeft.get());
+  mLeft->update_models();
+  EXPECT_EQ(set.updates, 1);
+  MRUtil::set_graphics_status(MRUtil::GRAPHICS_SUSPENDED);
+  mLeft->update_models();
+  EXPECT_EQ(set.updates, 1);
+}
+
+// --- Ends of life
+// ----------------------------------------------------------------------------------------------------
+
+TEST_F(GModelSetTest, DestroyedSetLeavesViewsWithoutSetAndModelsWithoutViews)
+{
+  {
+    GModelSet set;
+    set.add_model(&mOne);
+    set.add_model(&mOther);
+    set.add_view(mLeft.get());
+    set.add_view(mRight.get());
+    mOne.add_part(mData[0], mOfOne.function());
+  }
+  EXPECT_EQ(mLeft->get_model_set(), nullptr);
+  EXPECT_EQ(mRight->get_model_set(), nullptr);
+  EXPECT_TRUE(shown(*mLeft).empty());
+  EXPECT_TRUE(shown(*mRight).empty());
+  for (const auto& prop : mOfOne.made) {
+    EXPECT_EQ(prop, nullptr);
+  }
+  mOne.add_part(mData[1], mOfOne.function());
+  EXPECT_EQ(mOfOne.calls.size(), 2U); // no view is left to make props for
+  EXPECT_EQ(mData[0]->GetReferenceCount(), 2);
+  mLeft->update_models();
+}
+
+TEST_F(GModelSetTest, DestroyedSetLeavesViewsOfModelsThatItDoesNotKnow)
+{
+  ScriptedModel direct;
+  direct.add_view(mLeft.get());
+  {
+    GModelSet set;
+    set.add_model(&mOne);
+    set.add_view(mLeft.get());
+  }
+  EXPECT_EQ(shown(*mLeft).size(), 1U); // its labels
+}
+
+TEST_F(GModelSetTest, DestroyedViewLeavesTheSet)
+{
+  fill();
+  mLeft.reset();
+  EXPECT_EQ(mSet.views(), Views{mRight.get()});
+  mSet.update_model_parts();
+  mOne.add_part(mData[1], mOfOne.function());
+  EXPECT_EQ(mOfOne.calls.back().view, mRight.get());
+}
+
+TEST_F(GModelSetTest, DestroyedModelLeavesTheSet)
+{
+  auto dying = std::make_unique<ScriptedModel>();
+  dying->add_part(mData[0], mOfOne.function());
+  mSet.add_model(&mOther);
+  mSet.add_model(dying.get());
+  mSet.add_view(mLeft.get());
+  dying.reset();
+  EXPECT_EQ(mSet.models(), Models{&mOther});
+  EXPECT_EQ(shown(*mLeft).size(), 1U);
+  mSet.update_model_parts();
+  EXPECT_EQ(mOther.updates, 1);
+}
+
+TEST_F(GModelSetTest, DestroyedModelLeavesAllItsSets)
+{
+  GModelSet second;
+  {
+    ScriptedModel model;
+    mSet.add_model(&model);
+    second.add_model(&model);
+  }
+  EXPECT_TRUE(mSet.models().empty());
+  EXPECT_TRUE(second.models().empty());
+}
+
+// A view that was taken out by hand must not remember the set.
+TEST_F(GModelSetTest, ViewTakenOutByHandOutlivesTheSet)
+{
+  auto set = std::make_unique<GModelSet>();
+  set->add_model(&mOne);
+  mLeft->set_model_set(set.get());
+  set->remove_view(mLeft.get());
+  set.reset();
+  mLeft->update_models();
+  mLeft.reset();
+}
+
+TEST_F(GModelSetTest, ViewPutInByHandMayDieFirst)
+{
+  mSet.add_model(&mOne);
+  mSet.add_view(mLeft.get());
+  mLeft.reset();
+  mSet.update_model_parts();
+  EXPECT_TRUE(mSet.views().empty());
+}
+
+/// One of the six orders in which a set, a view and a model can go.
+class GModelSetOrderTest : public ViewTest, public ::testing::WithParamInterface<std::string>
+{};
+
+INSTANTIATE_TEST_SUITE_P(, GModelSetOrderTest,
+                         ::testing::Values("SetViewModel", "SetModelView", "ViewSetModel", "ViewModelSet",
+                                           "ModelSetView", "ModelViewSet"),
+                         [](const auto& each) { return each.param; });
+
+TEST_P(GModelSetOrderTest, LeavesNothingBehind)
+{
+  const auto data = sorted_data(1);
+  Maker maker;
+  auto set = std::make_unique<GModelSet>();
+  auto model = std::make_unique<ScriptedModel>();
+  auto view = std::make_shared<GView>();
+  set->add_model(model.get());
+  set->add_view(view.get());
+  model->add_part(data[0], maker.function());
+  model->add_label("x", BrantVector(0, 0, 0), BRANT_RED);
+  std::string order = GetParam();
+  while (!order.empty()) {
+    switch (order[0]) {
+    case 'S':
+      set.reset();
+      order.erase(0, 3);
+      break;
+    case 'V':
+      view.reset();
+      order.erase(0, 4);
+      break;
+    default:
+      model.reset();
+      order.erase(0, 5);
+    }
+    // Whoever is left can do his work.
+    if (set != nullptr) {
+      EXPECT_EQ(set->views().size(), view != nullptr ? 1U : 0U);
+      EXPECT_EQ(set->models().size(), model != nullptr ? 1U : 0U);
+      set->update_model_parts();
+    }
+    if (view != nullptr) {
+      EXPECT_EQ(view->get_model_set(), set.get());
+      EXPECT_EQ(shown(*view).size(), set != nullptr && model != nullptr ? 2U : 0U);
+      view->update_models();
+    }
+    if (model != nullptr) {
+      model->unhook_from_views();
+      model->hook_to_views();
+    }
+  }
+  EXPECT_EQ(data[0]->GetReferenceCount(), 1);
+  EXPECT_EQ(maker.made[0], nullptr);
+}
+
+// --- Frames
+// ----------------------------------------------------------------------------------------------------------
+
+class GModelSetFrameTest : public ViewRenderTest
+{
+protected:
+  ScriptedModel mModel;
+  std::shared_ptr<GView> mLeft = make_view();
+  std::shared_ptr<GView> mRight = make_view();
+  GModelSet mSet;
+};
+
+TEST_F(GModelSetFrameTest, RendersEachViewOnceHoweverManyModels)
+{
+  ScriptedModel other;
+  mSet.add_model(&mModel);
+  mSet.add_model(&other);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  const FrameCounter left(mLeft->get_render_window());
+  const FrameCounter right(mRight->get_render_window());
+  mSet.render();
+  EXPECT_EQ(left.ends(), 1);
+  EXPECT_EQ(right.ends(), 1);
+}
+
+TEST_F(GModelSetFrameTest, RendersViewsInListOrder)
+{
+  const auto views = sorted_views(3);
+  std::vector<std::size_t> order;
+  std::vector<std::unique_ptr<EventHook>> hooks;
+  for (const std::size_t i : {1U, 2U, 0U}) {
+    mSet.add_view(views[i].get());
+    hooks.push_back(std::make_unique<EventHook>(views[i]->get_render_window(), vtkCommand::EndEvent,
+                                                [&order, i] { order.push_back(i); }));
+  }
+  mSet.render();
+  EXPECT_EQ(order, (std::vector<std::size_t>{1, 2, 0}));
+}
+
+TEST_F(GModelSetFrameTest, RendersNothingUnlessTheGraphicsStatusIsNormal)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  const FrameCounter frames(mLeft->get_render_window());
+  for (const auto status : {MRUtil::GRAPHICS_DISABLED, MRUtil::GRAPHICS_SUSPENDED}) {
+    MRUtil::set_graphics_status(status);
+    mSet.render();
+    EXPECT_EQ(frames.starts(), 0) << status;
+    EXPECT_EQ(mModel.updates, 0) << status;
+  }
+  MRUtil::set_graphics_status(MRUtil::GRAPHICS_NORMAL);
+  mSet.render();
+  EXPECT_EQ(frames.ends(), 1);
+}
+
+TEST_F(GModelSetFrameTest, RendersAllViewsThoughTheFirstThrows)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  bool has_thrown = false;
+  mModel.on_update = [&] {
+    if (!has_thrown) {
+      has_thrown = true;
+      throw HostError("host");
+    }
+  };
+  const FrameCounter left(mLeft->get_render_window());
+  const FrameCounter right(mRight->get_render_window());
+  EXPECT_THROW(mSet.render(), HostError);
+  EXPECT_EQ(left.ends(), 1);
+  EXPECT_EQ(right.ends(), 1);
+  EXPECT_NO_THROW(mSet.render());
+}
+
+TEST_F(GModelSetFrameTest, FirstOfSeveralExceptionsIsPassedOn)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mModel.on_update = [&] { throw std::runtime_error(std::to_string(mModel.updates)); };
+  try {
+    mSet.render();
+    FAIL() << "nothing was thrown";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "1");
+  }
+}
+
+TEST_F(GModelSetFrameTest, ShowsAModelInAllItsViews)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mModel.add_part(quad(-0.5, -0.5, 0.5, 0.5), show_flat(kRed));
+  mSet.render();
+  EXPECT_EQ(count_pixels(read_pixels(mLeft->get_render_window()), colour_is(kRed)), 50 * 50);
+  EXPECT_EQ(count_pixels(read_pixels(mRight->get_render_window()), colour_is(kRed)), 50 * 50);
+  mSet.remove_view(mLeft.get());
+  EXPECT_EQ(count_pixels(picture(*mLeft), colour_is(kRed)), 0);
+  EXPECT_EQ(count_pixels(picture(*mRight), colour_is(kRed)), 50 * 50);
+}
+
+TEST_F(GModelSetFrameTest, UpdateMayTakeTheRenderingViewOutOfTheSet)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mModel.add_part(quad(-0.5, -0.5, 0.5, 0.5), show_flat(kRed));
+  mModel.on_update = [&] { mSet.remove_view(mLeft.get()); };
+  EXPECT_EQ(count_pixels(picture(*mLeft), colour_is(kRed)), 0);
+  EXPECT_EQ(mModel.updates, 1);
+}
+
+TEST_F(GModelSetFrameTest, UpdateMayPutAnotherViewIntoTheSet)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mModel.add_part(quad(-0.5, -0.5, 0.5, 0.5), show_flat(kRed));
+  mModel.on_update = [&] { mSet.add_view(mRight.get()); };
+  const FrameCounter right(mRight->get_render_window());
+  mSet.render();
+  EXPECT_EQ(right.ends(), 0); // the list was taken before
+  mSet.render();
+  EXPECT_EQ(right.ends(), 1);
+}
+
+TEST_F(GModelSetFrameTest, UpdateMayDestroyTheRenderingView)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mModel.on_update = [&] { mLeft.reset(); };
+  const FrameCounter right(mRight->get_render_window());
+  mSet.render();
+  EXPECT_EQ(mLeft, nullptr);
+  EXPECT_EQ(right.ends(), 1);
+}
+
+TEST_F(GModelSetFrameTest, UpdateMayDestroyAViewThatWaits)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mModel.on_update = [&] { mRight.reset(); };
+  mSet.render();
+  EXPECT_EQ(mSet.views(), Views{mLeft.get()});
+}
+
+TEST_F(GModelSetFrameTest, UpdateMayRenderTheSet)
+{
+  mSet.add_model(&mModel);
+  mSet.add_view(mLeft.get());
+  mSet.add_view(mRight.get());
+  mModel.on_update = [&] { mSet.render(); };
+  const FrameCounter left(mLeft->get_render_window());
+  const FrameCounter right(mRight->get_render_window());
+  mSet.render(); // ends
+  EXPECT_GE(left.ends(), 1);
+  EXPECT_GE(right.ends(), 1);
+  EXPECT_EQ(left.starts(), left.ends());
+  EXPECT_EQ(right.starts(), right.ends());
+}
+
+TEST_F(GModelSetFrameTest, SetMayDieBetweenFrames)
+{
+  {
+    GModelSet set;
+    set.add_model(&mModel);
+    set.add_view(mLeft.get());
+    mModel.add_part(quad(-0.5, -0.5, 0.5, 0.5), show_flat(kRed));
+    EXPECT_EQ(count_pixels(picture(*mLeft), colour_is(kRed)), 50 * 50);
+  }
+  EXPECT_EQ(count_pixels(picture(*mLeft), colour_is(kRed)), 0);
+  EXPECT_EQ(mModel.updates, 2); // those of the first frame
+}
+
+} // namespace
