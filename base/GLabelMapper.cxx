@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "GLabelMapper.h"
 
+#include <algorithm>
+
 #include "BrantVector.h"
 #include "DepthProjection.h"
 #include "GModel.h"
@@ -9,6 +11,7 @@
 #include "VTKSeam.h"
 
 #include <vtkActor2D.h>
+#include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
 #include <vtkCoordinate.h>
 #include <vtkFloatArray.h>
@@ -145,8 +148,10 @@ void GLabelMapper::SetLabelTextProperty(vtkTextProperty* prop)
   vtkTextProperty* style = this->current_style();
   for (morrow::Label& label : mLabels->in_order()) {
     label.style = style;
-    if (label.mapper != nullptr) {
-      apply_style(*label.mapper->GetTextProperty(), *style);
+    for (const auto& mapper : label.mappers) {
+      if (mapper != nullptr) {
+        apply_style(*mapper->GetTextProperty(), *style);
+      }
     }
   }
   this->Modified();
@@ -203,6 +208,7 @@ void GLabelMapper::draw_labels(vtkViewport* viewport, vtkActor2D* actor)
 {
   auto* renderer = vtkRenderer::SafeDownCast(viewport);
   auto* window = vtkRenderWindow::SafeDownCast(viewport->GetVTKWindow());
+  mWindowPlace = this->place_of_window(viewport->GetVTKWindow());
   if (renderer != nullptr && window != nullptr && this->hides_labels()) {
     this->draw_visible_labels(*renderer, *window, actor);
     return;
@@ -235,19 +241,49 @@ void GLabelMapper::draw_visible_labels(vtkRenderer& renderer, vtkRenderWindow& w
 
 void GLabelMapper::draw_label(morrow::Label& label, vtkViewport* viewport, vtkActor2D* actor)
 {
-  if (label.mapper == nullptr) {
-    label.mapper = make_text_mapper(label);
+  if (label.mappers.size() <= mWindowPlace) {
+    label.mappers.resize(mWindowPlace + 1);
+  }
+  auto& mapper = label.mappers[mWindowPlace];
+  if (mapper == nullptr) {
+    mapper = make_text_mapper(label);
   }
   actor->GetPositionCoordinate()->SetValue(label.point.x(), label.point.y(), label.point.z());
-  label.mapper->RenderOverlay(viewport, actor);
+  mapper->RenderOverlay(viewport, actor);
+}
+
+std::size_t GLabelMapper::place_of_window(vtkWindow* window)
+{
+  const auto known = std::find(mWindows.begin(), mWindows.end(), window);
+  if (known != mWindows.end()) {
+    return static_cast<std::size_t>(known - mWindows.begin());
+  }
+  const auto gone = std::find(mWindows.begin(), mWindows.end(), nullptr);
+  const auto place = static_cast<std::size_t>(gone - mWindows.begin());
+  if (gone == mWindows.end()) {
+    mWindows.emplace_back(window);
+    return place;
+  }
+  for (morrow::Label& label : mLabels->in_order()) {
+    if (place < label.mappers.size()) {
+      label.mappers[place] = nullptr;
+    }
+  }
+  *gone = window;
+  return place;
 }
 
 void GLabelMapper::ReleaseGraphicsResources(vtkWindow* window)
 {
   this->Superclass::ReleaseGraphicsResources(window);
+  const auto known = std::find(mWindows.begin(), mWindows.end(), window);
+  if (window == nullptr || known == mWindows.end()) {
+    return;
+  }
+  const auto place = static_cast<std::size_t>(known - mWindows.begin());
   for (morrow::Label& label : mLabels->in_order()) {
-    if (label.mapper != nullptr) {
-      label.mapper->ReleaseGraphicsResources(window);
+    if (place < label.mappers.size() && label.mappers[place] != nullptr) {
+      label.mappers[place]->ReleaseGraphicsResources(window);
     }
   }
 }
@@ -285,7 +321,13 @@ private:
   zBufferHelper* mHelper;
 };
 
-zBufferHelper::zBufferHelper() = default;
+zBufferHelper::zBufferHelper() : mFrameStart(vtkSmartPointer<vtkCallbackCommand>::New())
+{
+  mFrameStart->SetClientData(this);
+  mFrameStart->SetCallback(
+      [](vtkObject*, unsigned long, void* helper, void*) { static_cast<zBufferHelper*>(helper)->forget(); });
+}
+
 zBufferHelper::~zBufferHelper() = default;
 
 zBufferHelper* zBufferHelper::New()
@@ -319,6 +361,7 @@ void zBufferHelper::watch(vtkRenderWindow& window)
   this->forget();
   mWindow = &window;
   window.AddObserver(vtkCommand::EndEvent, this);
+  window.AddObserver(vtkCommand::StartEvent, mFrameStart);
 }
 
 void zBufferHelper::forget()
@@ -327,6 +370,7 @@ void zBufferHelper::forget()
   mProjection = nullptr;
   if (mWindow != nullptr) {
     mWindow->RemoveObserver(this);
+    mWindow->RemoveObserver(mFrameStart);
   }
   mWindow = nullptr;
 }
@@ -343,7 +387,8 @@ const vtkMatrix4x4& zBufferHelper::projection(vtkRenderer& renderer)
 
 const float* zBufferHelper::depth(int& width, int& height)
 {
-  if (mDepth == nullptr && mWindow != nullptr) {
+  // VTK has nothing to read from before a window's first frame, and does not look.
+  if (mDepth == nullptr && mWindow != nullptr && mWindow->GetNeverRendered() == 0) {
     mDepth = vtkSmartPointer<vtkFloatArray>::New();
     const int* size = mWindow->GetSize();
     mDepthSize[0] = size[0];

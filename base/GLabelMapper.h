@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "BrantColor.h" // passed by value
 #include "morrow_base_export.h"
@@ -15,11 +16,13 @@
 
 class BrantVector;
 class GModel;
+class vtkCallbackCommand;
 class vtkFloatArray;
 class vtkMatrix4x4;
 class vtkRenderer;
 class vtkRenderWindow;
 class vtkTextProperty;
+class vtkWindow;
 
 namespace morrow {
 struct Label;
@@ -97,11 +100,17 @@ private:
   void draw_labels(vtkViewport* viewport, vtkActor2D* actor);
   void draw_visible_labels(vtkRenderer& renderer, vtkRenderWindow& window, vtkActor2D* actor);
   void draw_label(morrow::Label& label, vtkViewport* viewport, vtkActor2D* actor);
+  std::size_t place_of_window(vtkWindow* window);
 
   vtkSmartPointer<vtkTextProperty> LabelTextProperty;
   double Tolerance = 0.001;
   GModel* mModel = nullptr;
   std::unique_ptr<morrow::LabelStore> mLabels;
+
+  // Text holds graphics resources of one window, so each label has a text mapper for each window that has
+  // drawn it. This says which is whose; the place of a window that is gone is used again.
+  std::vector<vtkWeakPointer<vtkWindow>> mWindows;
+  std::size_t mWindowPlace = 0; // of the window that is being drawn
 
   // A frozen copy of LabelTextProperty, shared by the labels added while it stood; renewed when the original
   // has changed since.
@@ -112,7 +121,7 @@ private:
 /// The depth buffer and the projection of one render of one window, shared by all label mappers drawn in it.
 ///
 /// There is one in the process. It watches the window whose frame it serves and forgets all when that frame
-/// ends, when the window goes away, or when another window draws labels.
+/// ends, when another one starts, when the window goes away, or when another window draws labels.
 class MORROW_BASE_EXPORT zBufferHelper : public vtkCommand
 {
 public:
@@ -149,6 +158,7 @@ private:
   friend class zBufferHelperHolder;
   static zBufferHelper* New();
 
+  vtkSmartPointer<vtkCallbackCommand> mFrameStart; // forgets what a frame that never ended has left
   vtkSmartPointer<vtkFloatArray> mDepth;
   vtkSmartPointer<vtkMatrix4x4> mProjection;
   vtkWeakPointer<vtkRenderWindow> mWindow;

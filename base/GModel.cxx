@@ -69,7 +69,6 @@ GModel::GModel() : mIsAlive(std::make_shared<bool>(true))
 
 GModel::~GModel()
 {
-  *mIsAlive = false;
   while (!mSets.empty()) {
     mSets.back()->remove_model(this);
   }
@@ -77,6 +76,7 @@ GModel::~GModel()
     this->remove_view(mViews.begin()->first);
   }
   this->GModel::clear();
+  *mIsAlive = false;
   mLabelMapper->set_model(nullptr); // a renderer of the host may keep the actor
   mLabelActor = nullptr;
   mLabelMapper = nullptr;
@@ -202,7 +202,8 @@ bool GModel::make_and_show(vtkDataObject* data, GView* view)
     return true;
   }
   const std::shared_ptr<bool> alive = mIsAlive;
-  const PartPropFunction make_props = part->second; // a copy: the part may be removed while it runs
+  const PartPropFunction make_props = part->second; // copies: the part may be removed while it runs
+  const vtkSmartPointer<vtkDataObject> kept_data = data;
   PropVector props = make_props(data, view);
   if (!*alive) {
     return false;
@@ -347,23 +348,29 @@ void GModel::clear()
   if (mHooked) {
     this->hide_props(); // in one sweep: one by one each removal would search VTK's list
   }
+  const std::shared_ptr<bool> alive = mIsAlive;
   try {
     this->remove_all_parts();
   } catch (...) {
-    if (mHooked) {
+    if (*alive && mHooked) {
       this->show_props();
     }
     throw;
   }
-  mLabelMapper->clear();
+  if (*alive) {
+    mLabelMapper->clear();
+  }
 }
 
 void GModel::remove_all_parts()
 {
-  while (!mParts.empty()) {
+  const std::shared_ptr<bool> alive = mIsAlive;
+  while (*alive && !mParts.empty()) {
     vtkDataObject* first = mParts.begin()->first;
     this->remove_part(first);
-    this->GModel::remove_part(first); // an override that keeps the part must not keep us here for ever
+    if (*alive) {
+      this->GModel::remove_part(first); // an override that keeps the part must not keep us here for ever
+    }
   }
 }
 

@@ -24,7 +24,7 @@ void erase(std::vector<T*>& list, const T* entry)
 
 } // namespace
 
-GModelSet::GModelSet() = default;
+GModelSet::GModelSet() : mIsAlive(std::make_shared<bool>(true)) {}
 
 GModelSet::~GModelSet()
 {
@@ -38,6 +38,7 @@ GModelSet::~GModelSet()
   while (!mModels.empty()) {
     this->remove_model(mModels.front());
   }
+  *mIsAlive = false;
 }
 
 bool GModelSet::has(const GView* view) const
@@ -63,10 +64,13 @@ void GModelSet::add_view(GView* view)
     return;
   }
   mViews.push_back(view);
+  const std::shared_ptr<bool> alive = mIsAlive;
   try {
     this->connect(view);
   } catch (...) {
-    this->remove_view(view);
+    if (*alive) {
+      this->remove_view(view);
+    }
     throw;
   }
 }
@@ -74,8 +78,9 @@ void GModelSet::add_view(GView* view)
 void GModelSet::connect(GView* view)
 {
   const std::vector<GModel*> models = mModels;
+  const std::shared_ptr<bool> alive = mIsAlive;
   for (GModel* model : models) {
-    if (this->has(view) && this->has(model)) {
+    if (*alive && this->has(view) && this->has(model)) {
       model->add_view(view);
     }
   }
@@ -88,10 +93,13 @@ void GModelSet::add_model(GModel* model)
   }
   mModels.push_back(model);
   model->mSets.push_back(this);
+  const std::shared_ptr<bool> alive = mIsAlive;
   try {
     this->connect(model);
   } catch (...) {
-    this->remove_model(model);
+    if (*alive) {
+      this->remove_model(model);
+    }
     throw;
   }
 }
@@ -99,8 +107,9 @@ void GModelSet::add_model(GModel* model)
 void GModelSet::connect(GModel* model)
 {
   const std::vector<GView*> views = mViews;
+  const std::shared_ptr<bool> alive = mIsAlive;
   for (GView* view : views) {
-    if (this->has(view) && this->has(model)) {
+    if (*alive && this->has(view) && this->has(model)) {
       model->add_view(view);
     }
   }
@@ -147,7 +156,8 @@ void GModelSet::render()
 void GModelSet::update_model_parts()
 {
   const std::vector<GModel*> models = mModels;
-  for (std::size_t i = 0; i < models.size(); ++i) {
+  const std::shared_ptr<bool> alive = mIsAlive;
+  for (std::size_t i = 0; *alive && i < models.size(); ++i) {
     const bool in_place = i < mModels.size() && mModels[i] == models[i];
     if ((in_place || this->has(models[i])) && models[i]->is_hooked_to_views()) {
       models[i]->update_parts();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "morrow_base_export.h"
@@ -29,7 +30,7 @@ public:
   virtual ~GModelSet();
 
   /// Calls update_parts() of each model that is hooked to its views, in the order of their addition. Views
-  /// call it before they render. The set must not be destroyed in the course of it.
+  /// call it before they render.
   virtual void update_model_parts();
 
   /// Adds the view at the end of the list and shows every model in it, in list order. A view that is in
@@ -64,4 +65,5 @@ private:
 
   std::vector<GView*> mViews;
   std::vector<GModel*> mModels;
+  std::shared_ptr<bool> mIsAlive; // false once destroyed: host code may destroy the set that calls it
 };

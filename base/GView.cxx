@@ -15,12 +15,14 @@
 #include "RenderGuard.h"
 #include "TextWarmUp.h"
 #include "TitleTemplate.h"
+#include "WindowRestart.h"
 
 #include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
 #include <vtkCubeAxesActor2D.h>
 #include <vtkLight.h>
 #include <vtkLightCollection.h>
+#include <vtkNew.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtkShaderProgram.h>
@@ -67,6 +69,26 @@ void look_up_color(int id, double* rgb)
   rgb[1] = color.green() / 255.0;
   rgb[2] = color.blue() / 255.0;
 }
+
+/// Takes renderers out of the window whose frame ends.
+class LeaveAtEndOfFrame : public vtkCommand
+{
+public:
+  static LeaveAtEndOfFrame* New() { return new LeaveAtEndOfFrame; }
+  vtkTypeMacro(LeaveAtEndOfFrame, vtkCommand)
+
+  void Execute(vtkObject* caller, unsigned long /*event*/, void* /*call_data*/) override
+  {
+    auto* window = vtkRenderWindow::SafeDownCast(caller);
+    window->RemoveObserver(this);
+    for (const auto& renderer : renderers) {
+      window->RemoveRenderer(renderer);
+    }
+    renderers.clear();
+  }
+
+  std::vector<vtkSmartPointer<vtkRenderer>> renderers;
+};
 
 } // namespace
 
@@ -127,7 +149,7 @@ GView::~GView()
     mModelSet->remove_view(this);
   }
   *mHandle = nullptr;
-  this->leave_window();
+  this->leave_window_for_good();
   mViewportObserver->SetCallback(nullptr);
   mViewportObserver->SetClientData(nullptr);
   if (mCurrentView == this) {
@@ -203,19 +225,30 @@ void GView::leave_window()
   }
   mRenderWindow->MakeCurrent(); // the props let go of their graphics resources
   this->disable_overlay();
+  mRenderPass->ReleaseGraphicsResources(mRenderWindow);
   mRenderer->SetRenderWindow(nullptr);
   mRenderWindow->RemoveRenderer(mRenderer);
   mRenderWindow->RemoveObserver(mStartRenderObserver);
   mRenderWindow = nullptr;
 }
 
+// A window that is drawing still needs its renderers: they leave at the end of its frame.
+void GView::leave_window_for_good()
+{
+  if (mRenderWindow == nullptr || mRenderWindow->CheckInRenderStatus() == 0) {
+    this->leave_window();
+    return;
+  }
+  mRenderWindow->RemoveObserver(mStartRenderObserver);
+  vtkNew<LeaveAtEndOfFrame> command;
+  command->renderers = {mRenderer, mOverlayRenderer};
+  mRenderWindow->AddObserver(vtkCommand::EndEvent, command);
+}
+
 void GView::enter_window(vtkRenderWindow* window)
 {
   mRenderWindow = window;
-  const bool was_mapped = window->GetMapped() != 0;
-  if (was_mapped) {
-    window->Finalize();
-  }
+  const morrow::WindowRestart restart(*window);
   window->SetPosition(mWindowPosition[0], mWindowPosition[1]);
   window->SetSize(mWindowPosition[2], mWindowPosition[3]);
   window->AddObserver(vtkCommand::StartEvent, mStartRenderObserver);
@@ -231,9 +264,6 @@ void GView::enter_window(vtkRenderWindow* window)
   window->AlphaBitPlanesOn();
   window->SetMultiSamples(0);
   window->DoubleBufferOn();
-  if (was_mapped) {
-    window->Start();
-  }
 }
 
 vtkRenderWindow* GView::get_render_window() const
@@ -490,7 +520,9 @@ void GView::StartRender(vtkObject* caller, unsigned long /*event*/, void* client
 void GView::prepare_frame(vtkRenderWindow& window)
 {
   this->fit_view_angle(window);
-  if (MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL) {
+  const bool is_stopped = MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL;
+  this->hold_overlay(is_stopped);
+  if (is_stopped) {
     window.SetAbortRender(1);
     return;
   }
@@ -498,6 +530,18 @@ void GView::prepare_frame(vtkRenderWindow& window)
   this->update_parts_in_frame();
   if (*handle != nullptr && mCubeAxes != nullptr) {
     morrow::fit_cube_axes(*mCubeAxes, *mRenderer);
+  }
+}
+
+// An aborted frame leaves the picture of the last one; the overlay would be drawn over itself.
+void GView::hold_overlay(bool hold)
+{
+  if (hold && mOverlayRenderer->GetDraw() != 0) {
+    mOverlayRenderer->DrawOff();
+    mIsOverlayHeld = true;
+  } else if (!hold && mIsOverlayHeld) {
+    mOverlayRenderer->DrawOn();
+    mIsOverlayHeld = false;
   }
 }
 
@@ -619,12 +663,8 @@ void GView::switch_stereo(bool on)
     return;
   }
   if (on) {
-    const bool was_mapped = mRenderWindow->GetMapped() != 0;
-    mRenderWindow->Finalize();
+    const morrow::WindowRestart restart(*mRenderWindow);
     mRenderWindow->StereoCapableWindowOn();
-    if (was_mapped) {
-      mRenderWindow->Start();
-    }
   }
   mRenderWindow->SetStereoRender(on);
 }

@@ -72,7 +72,8 @@ public:
   /// Leaves the bound window and binds this one, with a reference; null only leaves. The window gets the
   /// preferred position and size, two layers, alpha bit planes, no multisampling, double buffering,
   /// off-screen rendering if set_offscreen() asked for it, stereo if it is on, and the main renderer. A
-  /// window that is mapped already is finalised first and started again. The overlay is disabled.
+  /// window that is mapped already is finalised first and started again. Its interactor is made ready again.
+  /// The overlay is disabled. Not for use while the bound window draws.
   void set_render_window(vtkRenderWindow* window);
 
   /// The bound window or null. The view keeps its reference.
@@ -230,7 +231,9 @@ private:
   void make_lights();
   void make_observers();
   void leave_window();
+  void leave_window_for_good();
   void enter_window(vtkRenderWindow* window);
+  void hold_overlay(bool hold);
   void fit_view_angle(vtkRenderWindow& window);
   void prepare_frame(vtkRenderWindow& window);
   void update_parts_in_frame();
@@ -267,6 +270,7 @@ private:
   static bool mUseOffscreen;
 
   std::shared_ptr<GView*> mHandle;
+  bool mIsOverlayHeld = false;
   bool mIsRendering = false;     // inside render()
   bool mIsUpdating = false;      // inside the models' update_parts()
   std::exception_ptr mException; // the first one since render() has thrown

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "MRUtil.h"
+#include "OpenGLStateGuard.h"
 
 #include <vtkActor.h>
 #include <vtkDepthPeelingPass.h>
@@ -43,31 +44,30 @@ private:
   vtkOpenGLState::ScopedglColorMask mSaved;
 };
 
-template<typename Visit>
-void for_each_prop(const vtkRenderState& state, Visit&& visit)
-{
-  vtkProp** props = state.GetPropArray();
-  const int count = state.GetPropArrayCount();
-  for (int i = 0; i < count; ++i) {
-    visit(i, props[i]);
-  }
-}
-
 } // namespace
 
 GViewRenderPass::GViewRenderPass() = default;
 GViewRenderPass::~GViewRenderPass() = default;
 
+// Calls host code. False when it has thrown.
 template<typename Draw>
-void GViewRenderPass::guarded(Draw&& draw)
+bool GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
 {
+  bool is_done = false;
   try {
     draw();
+    is_done = true;
   } catch (...) {
     if (mException == nullptr) {
       mException = std::current_exception();
     }
   }
+  // It may have rendered another window; what follows belongs into this one.
+  vtkRenderWindow* window = renderer.GetRenderWindow();
+  if (window != nullptr && !window->IsCurrent()) {
+    window->MakeCurrent();
+  }
+  return is_done;
 }
 
 std::exception_ptr GViewRenderPass::take_exception()
@@ -98,19 +98,21 @@ void GViewRenderPass::Render(const vtkRenderState* state)
 
 void GViewRenderPass::UpdateGeometry(const vtkRenderState* state)
 {
+  auto& renderer = *vtkOpenGLRenderer::SafeDownCast(state->GetRenderer());
   this->NumberOfRenderedProps = 0;
   this->classify_props(*state);
-  this->draw_surfaces(*state);
-  this->draw_lines_and_points(*state);
-  if (this->has_translucent_props(*state)) {
-    this->draw_translucent(*state);
+  this->draw_surfaces(renderer);
+  this->draw_lines_and_points(renderer);
+  if (this->has_translucent_props(renderer)) {
+    this->draw_translucent(*state, renderer);
   }
-  this->draw_overlays(*state);
+  this->draw_overlays(renderer);
+  mItems.clear();
 }
 
 GViewRenderPass::Item GViewRenderPass::classify(vtkProp* prop)
 {
-  Item item = {vtkActor::SafeDownCast(prop), MRUtil::RENDER_DEFAULT, true, false};
+  Item item = {prop, vtkActor::SafeDownCast(prop), MRUtil::RENDER_DEFAULT, true, false};
   if (item.actor == nullptr) {
     return item;
   }
@@ -126,36 +128,34 @@ GViewRenderPass::Item GViewRenderPass::classify(vtkProp* prop)
 
 void GViewRenderPass::classify_props(const vtkRenderState& state)
 {
+  vtkProp** props = state.GetPropArray();
   mItems.clear();
-  for_each_prop(state, [this](int, vtkProp* prop) { mItems.push_back(classify(prop)); });
-}
-
-void GViewRenderPass::draw_opaque(vtkProp* prop, vtkRenderer* renderer)
-{
-  this->guarded([&] { this->NumberOfRenderedProps += prop->RenderOpaqueGeometry(renderer); });
-}
-
-void GViewRenderPass::draw_surfaces(const vtkRenderState& state)
-{
-  auto& renderer = *vtkOpenGLRenderer::SafeDownCast(state.GetRenderer());
-  for_each_prop(state, [&](int i, vtkProp* prop) {
-    const Item& item = mItems[static_cast<std::size_t>(i)];
-    if (item.actor != nullptr && item.is_surface) {
-      this->draw_surface(prop, renderer, item.render_mode);
-    }
-  });
-}
-
-void GViewRenderPass::draw_surface(vtkProp* prop, vtkOpenGLRenderer& renderer, int render_mode)
-{
-  if (draws_no_surface(render_mode)) {
-    return;
+  for (int i = 0; i < state.GetPropArrayCount(); ++i) {
+    mItems.push_back(classify(props[i]));
   }
-  if (fills_depth_only(render_mode)) {
+}
+
+void GViewRenderPass::draw_opaque(const Item& item, vtkRenderer& renderer)
+{
+  this->guarded(renderer, [&] { this->NumberOfRenderedProps += item.prop->RenderOpaqueGeometry(&renderer); });
+}
+
+void GViewRenderPass::draw_surfaces(vtkOpenGLRenderer& renderer)
+{
+  for (const Item& item : mItems) {
+    if (item.actor != nullptr && item.is_surface && !draws_no_surface(item.render_mode)) {
+      this->draw_surface(item, renderer);
+    }
+  }
+}
+
+void GViewRenderPass::draw_surface(const Item& item, vtkOpenGLRenderer& renderer)
+{
+  if (fills_depth_only(item.render_mode)) {
     const ColorWritesOff depth_only(renderer.GetState());
-    this->draw_opaque(prop, &renderer);
+    this->draw_opaque(item, renderer);
   } else {
-    this->draw_opaque(prop, &renderer);
+    this->draw_opaque(item, renderer);
   }
 }
 
@@ -167,62 +167,69 @@ bool GViewRenderPass::draws_with_lines(const Item& item) const
   return item.is_vertex ? mVertexVisibility : !item.is_surface;
 }
 
-void GViewRenderPass::draw_lines_and_points(const vtkRenderState& state)
+void GViewRenderPass::draw_lines_and_points(vtkRenderer& renderer)
 {
-  for_each_prop(state, [&](int i, vtkProp* prop) {
-    if (this->draws_with_lines(mItems[static_cast<std::size_t>(i)])) {
-      this->draw_opaque(prop, state.GetRenderer());
+  for (const Item& item : mItems) {
+    if (this->draws_with_lines(item)) {
+      this->draw_opaque(item, renderer);
     }
-  });
+  }
 }
 
-bool GViewRenderPass::has_translucent_props(const vtkRenderState& state)
+bool GViewRenderPass::has_translucent_props(vtkRenderer& renderer)
 {
-  vtkProp** props = state.GetPropArray();
   bool found = false;
-  for (int i = 0; i < state.GetPropArrayCount() && !found; ++i) {
-    this->guarded([&] { found = props[i]->HasTranslucentPolygonalGeometry() != 0; });
+  for (const Item& item : mItems) {
+    this->guarded(renderer, [&] { found = item.prop->HasTranslucentPolygonalGeometry() != 0; });
+    if (found) {
+      break;
+    }
   }
   return found;
 }
 
 void GViewRenderPass::make_depth_peeling_pass(vtkOpenGLRenderer& renderer)
 {
-  vtkSmartPointer<vtkDepthPeelingPass> pass;
   if (renderer.IsDualDepthPeelingSupported()) {
-    pass = vtkSmartPointer<vtkDualDepthPeelingPass>::New();
+    mDepthPeelingPass = vtkSmartPointer<vtkDualDepthPeelingPass>::New();
   } else {
-    pass = vtkSmartPointer<vtkDepthPeelingPass>::New();
+    mDepthPeelingPass = vtkSmartPointer<vtkDepthPeelingPass>::New();
   }
-  pass->SetTranslucentPass(vtkSmartPointer<vtkTranslucentPass>::New());
-  mDepthPeelingPass = pass;
+  mDepthPeelingPass->SetTranslucentPass(vtkSmartPointer<vtkTranslucentPass>::New());
 }
 
-void GViewRenderPass::draw_translucent(const vtkRenderState& state)
+void GViewRenderPass::drop_depth_peeling_pass(vtkWindow* window)
 {
-  auto& renderer = *vtkOpenGLRenderer::SafeDownCast(state.GetRenderer());
+  mDepthPeelingPass->ReleaseGraphicsResources(window);
+  mDepthPeelingPass = nullptr;
+}
+
+void GViewRenderPass::draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer)
+{
   if (mDepthPeelingPass == nullptr) {
     this->make_depth_peeling_pass(renderer);
   }
-  auto* pass = vtkDepthPeelingPass::SafeDownCast(mDepthPeelingPass);
-  pass->SetMaximumNumberOfPeels(renderer.GetMaximumNumberOfPeels());
-  pass->SetOcclusionRatio(renderer.GetOcclusionRatio());
+  mDepthPeelingPass->SetMaximumNumberOfPeels(renderer.GetMaximumNumberOfPeels());
+  mDepthPeelingPass->SetOcclusionRatio(renderer.GetOcclusionRatio());
   vtkRenderState peeling_state(&renderer);
   peeling_state.SetPropArrayAndCount(state.GetPropArray(), state.GetPropArrayCount());
   peeling_state.SetFrameBuffer(nullptr);
-  this->guarded([&] { pass->Render(&peeling_state); });
-  this->NumberOfRenderedProps += pass->GetNumberOfRenderedProps();
+
+  const vtkSmartPointer<vtkRenderWindow> window = renderer.GetRenderWindow();
+  morrow::OpenGLStateGuard gl_state(*window);
+  if (this->guarded(renderer, [&] { mDepthPeelingPass->Render(&peeling_state); })) {
+    this->NumberOfRenderedProps += mDepthPeelingPass->GetNumberOfRenderedProps();
+  } else {
+    gl_state.restore();
+    this->drop_depth_peeling_pass(window); // it was left in the middle of its work
+  }
 }
 
-void GViewRenderPass::draw_overlays(const vtkRenderState& state)
+void GViewRenderPass::draw_overlays(vtkRenderer& renderer)
 {
-  // A prop may have rendered another window in its turn; what follows belongs into this one.
-  if (vtkRenderWindow* window = state.GetRenderer()->GetRenderWindow()) {
-    window->MakeCurrent();
+  for (const Item& item : mItems) {
+    this->guarded(renderer, [&] { this->NumberOfRenderedProps += item.prop->RenderOverlay(&renderer); });
   }
-  for_each_prop(state, [&](int, vtkProp* prop) {
-    this->guarded([&] { this->NumberOfRenderedProps += prop->RenderOverlay(state.GetRenderer()); });
-  });
 }
 
 void GViewRenderPass::ReleaseGraphicsResources(vtkWindow* w)

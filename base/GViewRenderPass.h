@@ -11,25 +11,28 @@
 #include <vtkSmartPointer.h> // member
 
 class vtkActor;
+class vtkDepthPeelingPass;
 class vtkOpenGLRenderer;
 class vtkProp;
 class vtkRenderer;
 
 /// The order in which a view draws its props.
 ///
-/// 1. Surfaces: actors whose property has surface representation, by their MRUtil::RENDER_MODE() key. Modes 0
-/// and
-///    7 are left out, 1 and 2 fill the depth buffer only, all others are drawn. No key means 6, which draws.
+/// 1. Surfaces: actors whose property has surface representation, by their MRUtil::RENDER_MODE() key.
+///    Modes 0 and 7 are left out, 1 and 2 fill the depth buffer only, all others are drawn. No key means
+///    mode 6, which draws.
 /// 2. Lines and points: all other props. An actor with the MRUtil::VERTEX_VISIBILITY() key, whatever the
-/// key's
-///    value and the actor's representation, is drawn here exactly when vertices are visible; so a surface
-///    with the key is drawn twice.
+///    key's value and the actor's representation, is drawn here exactly when vertices are visible; so a
+///    surface with the key is drawn twice.
 /// 3. Translucent geometry by depth peeling, with the renderer's occlusion ratio and number of peels.
 /// 4. Overlays.
 ///
-/// Within a stage props are drawn in the renderer's order. An exception thrown by a prop does not leave the
-/// frame: the other props are drawn, and take_exception() hands it out afterwards. When the window's render
-/// has been aborted before the pass starts, nothing is drawn and nothing is cleared.
+/// Within a stage props are drawn in the renderer's order. When the window's render has been aborted before
+/// the pass starts, nothing is drawn and nothing is cleared.
+///
+/// An exception thrown by a prop does not leave the frame: the other props are drawn, and take_exception()
+/// hands it out afterwards. A prop may remove any prop from the renderer, which shows in the next frame. In
+/// the stages of opaque geometry and overlays it may render another window.
 class MORROW_BASE_EXPORT GViewRenderPass : public vtkRenderPass
 {
 public:
@@ -66,7 +69,8 @@ private:
 
   struct Item
   {
-    vtkActor* actor; // null for a prop that is not an actor
+    vtkSmartPointer<vtkProp> prop; // kept: host code may remove it in the middle of the frame
+    vtkActor* actor;               // null for a prop that is not an actor
     int render_mode;
     bool is_surface;
     bool is_vertex;
@@ -74,21 +78,22 @@ private:
 
   static Item classify(vtkProp* prop);
   void classify_props(const vtkRenderState& state);
-  void draw_opaque(vtkProp* prop, vtkRenderer* renderer);
-  void draw_surfaces(const vtkRenderState& state);
-  void draw_surface(vtkProp* prop, vtkOpenGLRenderer& renderer, int render_mode);
-  void draw_lines_and_points(const vtkRenderState& state);
+  void draw_opaque(const Item& item, vtkRenderer& renderer);
+  void draw_surfaces(vtkOpenGLRenderer& renderer);
+  void draw_surface(const Item& item, vtkOpenGLRenderer& renderer);
+  void draw_lines_and_points(vtkRenderer& renderer);
   [[nodiscard]] bool draws_with_lines(const Item& item) const;
-  [[nodiscard]] bool has_translucent_props(const vtkRenderState& state);
-  void draw_translucent(const vtkRenderState& state);
+  [[nodiscard]] bool has_translucent_props(vtkRenderer& renderer);
+  void draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer);
   void make_depth_peeling_pass(vtkOpenGLRenderer& renderer);
-  void draw_overlays(const vtkRenderState& state);
+  void drop_depth_peeling_pass(vtkWindow* window);
+  void draw_overlays(vtkRenderer& renderer);
 
   template<typename Draw>
-  void guarded(Draw&& draw);
+  bool guarded(vtkRenderer& renderer, Draw&& draw);
 
   bool mVertexVisibility = false;
-  std::vector<Item> mItems; // scratch, one per prop of the frame
-  vtkSmartPointer<vtkRenderPass> mDepthPeelingPass;
+  std::vector<Item> mItems; // one per prop of the frame, empty between frames
+  vtkSmartPointer<vtkDepthPeelingPass> mDepthPeelingPass;
   std::exception_ptr mException;
 };

@@ -25,7 +25,7 @@ int LabelStore::add(const BrantVector& point, const char* text, BrantColor color
 {
   const int key = take_key();
   mPlaceOfKey[static_cast<std::size_t>(key)] = mLabels.size();
-  mLabels.push_back({point, text != nullptr ? text : "", color, style, nullptr, key});
+  mLabels.push_back({point, text != nullptr ? text : "", color, style, {}, key});
   return key;
 }
 
@@ -49,7 +49,7 @@ bool LabelStore::remove(long long key)
   if (place == NoPlace) {
     return false;
   }
-  mLabels[place] = {BrantVector(), std::string(), BrantColor(), nullptr, nullptr, NoKey};
+  mLabels[place] = {BrantVector(), std::string(), BrantColor(), nullptr, {}, NoKey};
   place = NoPlace;
   mFreedKeys.push_back(static_cast<int>(key));
   ++mHoles;

@@ -24,8 +24,9 @@ struct Label
   std::string text;
   BrantColor color;
   vtkSmartPointer<vtkTextProperty> style; ///< shared by many labels, so never changed in place
-  vtkSmartPointer<vtkTextMapper> mapper;  ///< made when the label is drawn for the first time
-  int key;                                ///< negative once the label is removed
+  /// By window, each made when the label is drawn there for the first time.
+  std::vector<vtkSmartPointer<vtkTextMapper>> mappers;
+  int key; ///< negative once the label is removed
 };
 
 /// The labels of one mapper in the order of their addition, found by key.

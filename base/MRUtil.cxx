@@ -36,7 +36,7 @@ vtkInformationIntegerKey* const gRenderModeKey = vtkInformationIntegerKey::MakeK
 vtkInformationIntegerKey* const gVertexVisibilityKey =
     vtkInformationIntegerKey::MakeKey("VERTEX_VISIBILITY", "MRUtil");
 
-void print_formatted(MessageKind kind, const char* format, va_list arguments)
+[[gnu::format(printf, 2, 0)]] void print_formatted(MessageKind kind, const char* format, va_list arguments)
 {
   char text[MessageSize] = "";
   std::vsnprintf(text, sizeof text, format, arguments);

@@ -8,12 +8,6 @@
 
 class vtkInformationIntegerKey;
 
-#if defined(__GNUC__)
-#define MORROW_PRINTF_FORMAT __attribute__((format(printf, 1, 2)))
-#else
-#define MORROW_PRINTF_FORMAT
-#endif
-
 /// Enumerations, messages and process-wide switches shared by the whole library.
 ///
 /// Everything here is for the host's user-interface thread; nothing is locked.
@@ -129,9 +123,9 @@ using PrintFunction = void (*)(const char* text, int kind, bool has_text);
 /// argument prints as "(null)". A null format: print_info does nothing; the other two call the print function
 /// with (null, kind, false). An empty format: print_info signals the end of output, (null, 0, false); the
 /// other two send an empty text.
-MORROW_BASE_EXPORT void print_info(const char* format, ...) MORROW_PRINTF_FORMAT;
-MORROW_BASE_EXPORT void print_warning(const char* format, ...) MORROW_PRINTF_FORMAT;
-MORROW_BASE_EXPORT void print_error(const char* format, ...) MORROW_PRINTF_FORMAT;
+[[gnu::format(printf, 1, 2)]] MORROW_BASE_EXPORT void print_info(const char* format, ...);
+[[gnu::format(printf, 1, 2)]] MORROW_BASE_EXPORT void print_warning(const char* format, ...);
+[[gnu::format(printf, 1, 2)]] MORROW_BASE_EXPORT void print_error(const char* format, ...);
 
 /// Signals the end of output: calls the print function with (null, 0, false).
 MORROW_BASE_EXPORT void print_no_more();

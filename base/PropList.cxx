@@ -36,11 +36,6 @@ void PropList::refresh_members()
   mMembersTime = list->GetMTime();
 }
 
-void PropList::note_own_change()
-{
-  mMembersTime = mRenderer.GetViewProps()->GetMTime();
-}
-
 void PropList::add(const Props& props)
 {
   refresh_members();
@@ -51,7 +46,7 @@ void PropList::add(const Props& props)
       prop->AddConsumer(&mRenderer);
     }
   }
-  note_own_change();
+  mMembersTime = list->GetMTime();
 }
 
 void PropList::remove(const Props& props)
@@ -64,15 +59,20 @@ void PropList::remove(const Props& props)
   if (vtkWindow* window = mRenderer.GetVTKWindow()) {
     window->MakeCurrent();
   }
+  // What a prop does as it leaves, changes to this list included, is host code, and may throw: until all is
+  // done, nothing that was remembered counts.
+  mMembersTime = 0;
+  const vtkMTimeType time_before = mRenderer.GetViewProps()->GetMTime();
   for (vtkProp* prop : present) {
     detach(prop);
   }
+  const bool is_ours_alone = mRenderer.GetViewProps()->GetMTime() == time_before;
   if (present.size() <= FewRemovals) {
     erase_one_by_one(present);
   } else {
     erase_in_one_sweep(present);
   }
-  note_own_change();
+  mMembersTime = is_ours_alone ? mRenderer.GetViewProps()->GetMTime() : 0;
 }
 
 std::vector<vtkProp*> PropList::take_present(const Props& props)
@@ -100,13 +100,19 @@ void PropList::erase_one_by_one(const std::vector<vtkProp*>& props)
   }
 }
 
-// VTK's list gives no way to unlink a known element, so the survivors are put back into the emptied list.
+// VTK's list gives no way to unlink a known element except the first one, so the survivors are put back into
+// the emptied list.
 void PropList::erase_in_one_sweep(const std::vector<vtkProp*>& props)
 {
-  const std::unordered_set<vtkProp*> leaving(props.begin(), props.end());
+  std::unordered_set<vtkObject*> leaving(props.begin(), props.end());
   vtkPropCollection* list = mRenderer.GetViewProps();
+  while (leaving.erase(list->GetItemAsObject(0)) != 0) {
+    list->RemoveItem(0);
+  }
+  if (leaving.empty()) {
+    return;
+  }
   Props survivors;
-  survivors.reserve(mMembers.size());
   vtkCollectionSimpleIterator cookie;
   list->InitTraversal(cookie);
   while (vtkProp* prop = list->GetNextProp(cookie)) {

@@ -35,7 +35,6 @@ public:
 
 private:
   void refresh_members();
-  void note_own_change();
   std::vector<vtkProp*> take_present(const Props& props);
   void detach(vtkProp* prop);
   void erase_one_by_one(const std::vector<vtkProp*>& props);

@@ -3,6 +3,7 @@
 #include "RenderGuard.h"
 
 #include "GLabelMapper.h"
+#include "OpenGLStateGuard.h"
 #include "VTKSeam.h"
 
 #include <vtkRenderWindow.h>
@@ -13,10 +14,12 @@ namespace morrow {
 void render_guarded(vtkRenderWindow& window)
 {
   const vtkSmartPointer<vtkRenderWindow> alive(&window);
+  OpenGLStateGuard state(window);
   try {
     window.Render();
   } catch (...) {
     clear_in_render_status(window);
+    state.restore();
     zBufferHelper::instance().forget();
     throw;
   }

@@ -81,16 +81,3 @@ if(MORROW_SANITIZE)
       LSAN_OPTIONS=suppressions=${morrow_base_SOURCE_DIR}/cmake/sanitizer.supp:print_suppressions=0
       UBSAN_OPTIONS=print_stacktrace=1)
 endif()
-
-# TEMPORARY while the first sources are being written.
-function(morrow_keep_existing list)
-  set(kept)
-  foreach(name IN LISTS ${list})
-    if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${name}${ARGN})
-      list(APPEND kept ${name})
-    else()
-      message(STATUS "not there yet: ${name}${ARGN}")
-    endif()
-  endforeach()
-  set(${list} ${kept} PARENT_SCOPE)
-endfunction()

@@ -34,8 +34,8 @@ constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double Huge = std::numeric_limits<double>::max();
 constexpr double Tiny = std::numeric_limits<double>::denorm_min();
 
-// --- By hand
-// -------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// By hand
 
 constexpr ScreenFrame WholeWindow = {{0.0, 0.0, 1.0, 1.0}, 10, 8};
 
@@ -218,8 +218,8 @@ TEST(DepthProjectionTest, WhatIsNotANumberIsNotSeen)
   EXPECT_FALSE(is_in_front(0.5, 1.0, Nan));
 }
 
-// --- Against the literal form
-// --------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Against the literal form
 
 bool are_same(double a, double b)
 {

@@ -345,6 +345,39 @@ TEST_F(GModelReentrancyTest, PropFunctionMayAddAnotherView)
   EXPECT_EQ(other.calls.size(), 3U);
 }
 
+// What comes back is made at once; when its turn comes it has its props already.
+TEST_F(GModelReentrancyTest, PropFunctionMayTakeOutAndPutBackAPartThatWaits)
+{
+  Maker waiting;
+  mModel.add_part(mData[0], acting_once([&](vtkDataObject*, GView*) {
+                    mModel.remove_part(mData[1]);
+                    mModel.add_part(mData[1], waiting.function());
+                  }));
+  mModel.add_part(mData[1], nothing());
+  mModel.add_view(&mView);
+  EXPECT_EQ(waiting.calls, (std::vector<Call>{{mData[1], &mView}}));
+  EXPECT_EQ(num_part_props(mView), 2);
+}
+
+TEST_F(GModelReentrancyTest, PropFunctionMayTakeOutAndPutBackAViewThatWaits)
+{
+  const auto views = sorted_views(2);
+  for (const auto& view : views) {
+    mModel.add_view(view.get());
+  }
+  std::vector<GView*> asked;
+  mModel.add_part(mData[0], [&](vtkDataObject*, GView* view) {
+    asked.push_back(view);
+    if (asked.size() == 1) {
+      mModel.remove_view(views[1].get());
+      mModel.add_view(views[1].get());
+    }
+    return Props{vtkSmartPointer<vtkActor>::New()};
+  });
+  EXPECT_EQ(asked, (std::vector<GView*>{views[0].get(), views[1].get()}));
+  EXPECT_EQ(num_part_props(*views[1]), 1);
+}
+
 TEST_F(GModelReentrancyTest, PropFunctionMayAddItsOwnViewAgain)
 {
   int calls = 0;
@@ -694,6 +727,7 @@ TEST_F(GModelGarbageTest, ClearDefersCollectionToItsEnd)
     first_is_alive.push_back(cycles[0] != nullptr);
   };
   mModel.clear();
+  ASSERT_EQ(cycles.size(), 3U);
   EXPECT_EQ(first_is_alive, (std::vector<bool>{true, true, true})); // also while the last part goes
   EXPECT_EQ(cycles[0], nullptr);
   EXPECT_EQ(cycles[1], nullptr);

@@ -1011,6 +1011,14 @@ TEST_F(GModelLabelsTest, RemovingWhatIsNotThereDoesNothing)
   EXPECT_EQ(label_mapper(mModel)->size(), 0U);
 }
 
+TEST_F(GModelLabelsTest, RemovedKeysAreNotThoseOfOtherModels)
+{
+  ScriptedModel other;
+  const int key = mModel.add_label("x", BrantVector(0, 0, 0), BRANT_RED);
+  other.remove_label(key);
+  EXPECT_EQ(label_mapper(mModel)->size(), 1U);
+}
+
 TEST_F(GModelLabelsTest, BelongToOneModel)
 {
   ScriptedModel one;
@@ -1252,6 +1260,24 @@ TEST_F(GModelFrameTest, PropFunctionThatThrowsInAFrameLeavesAUsableView)
   EXPECT_EQ(data->GetReferenceCount(), 1);
   mModel.on_update = [&] { mModel.add_part(data, show_flat(kRed)); };
   EXPECT_EQ(count_pixels(picture(*mView), colour_is(kRed)), 100 * 100);
+}
+
+TEST_F(GModelFrameTest, UpdatePartsMayDestroyTheModelThatRenders)
+{
+  const auto views = sorted_views(2);
+  GModelSet set;
+  auto dying = std::make_unique<ScriptedModel>();
+  set.add_model(dying.get());
+  for (const auto& view : views) {
+    set.add_view(view.get());
+  }
+  dying->add_part(quad(-0.5, -0.5, 0.5, 0.5), show_flat(kRed));
+  dying->on_update = [&] { dying.reset(); };
+  const FrameCounter second(views[1]->get_render_window());
+  dying->Render();
+  EXPECT_EQ(dying, nullptr);
+  EXPECT_EQ(count_pixels(read_pixels(views[0]->get_render_window()), colour_is(kRed)), 0);
+  EXPECT_EQ(second.ends(), 1); // the views that it had are rendered to the last
 }
 
 /// A red square with room before and behind it: views clip to what they show.

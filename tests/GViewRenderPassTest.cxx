@@ -20,6 +20,7 @@
 #include <vtkLight.h>
 #include <vtkMapper.h>
 #include <vtkNew.h>
+#include <vtkOpenGLRenderer.h>
 #include <vtkPointData.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper2D.h>
@@ -720,6 +721,96 @@ TEST_F(GViewRenderPassTest, CameraAndLightsAreBroughtUpToDateEveryFrame)
   const Image red = mScene.render();
   EXPECT_EQ(count_pixels(red, [](Rgb p) { return p.g != 0 || p.b != 0; }), 0);
   EXPECT_GT(count_pixels(red, [](Rgb p) { return p.r > 100; }), 1000);
+}
+
+/// A renderer that writes down what is asked of it before its props are drawn.
+class RecordingRenderer : public vtkOpenGLRenderer
+{
+public:
+  static vtkSmartPointer<RecordingRenderer> make(Log& log)
+  {
+    auto* renderer = new RecordingRenderer(log);
+    renderer->InitializeObjectBase();
+    return vtkSmartPointer<RecordingRenderer>::Take(renderer);
+  }
+  RecordingRenderer(const RecordingRenderer&) = delete;
+  RecordingRenderer& operator=(const RecordingRenderer&) = delete;
+
+  void ClearLights() override
+  {
+    mLog.emplace_back("clear lights");
+    vtkOpenGLRenderer::ClearLights();
+  }
+  int UpdateCamera() override
+  {
+    mLog.emplace_back("camera");
+    return vtkOpenGLRenderer::UpdateCamera();
+  }
+  vtkTypeBool UpdateLightsGeometryToFollowCamera() override
+  {
+    mLog.emplace_back("light geometry");
+    return vtkOpenGLRenderer::UpdateLightsGeometryToFollowCamera();
+  }
+  int UpdateLights() override
+  {
+    mLog.emplace_back("lights");
+    return vtkOpenGLRenderer::UpdateLights();
+  }
+
+protected:
+  explicit RecordingRenderer(Log& log) : mLog(log) {}
+  ~RecordingRenderer() override = default;
+
+private:
+  Log& mLog;
+};
+
+TEST_F(GViewRenderPassTest, PreparesLightsAndCameraBeforeTheFirstProp)
+{
+  const auto renderer = RecordingRenderer::make(mLog);
+  const auto window = morrow_test::make_window(50, 50);
+  window->AddRenderer(renderer);
+  window->Render(); // without the pass: the window is ready now
+  const auto surface = RecordingActor::make(mLog, "surface");
+  vtkProp* props[] = {surface};
+  vtkRenderState state(renderer);
+  state.SetPropArrayAndCount(props, 1);
+  mLog.clear();
+  mPass->Render(&state);
+  EXPECT_EQ(mLog, (Log{"clear lights", "camera", "light geometry", "lights", "surface.opaque",
+                       "surface.asked", "surface.overlay"}));
+}
+
+TEST_F(GViewRenderPassTest, MakesItsWindowCurrentBeforeTheFirstProp)
+{
+  mScene.window()->Render();
+  Scene other(50, 50);
+  other.window()->Render();
+  ASSERT_FALSE(mScene.window()->IsCurrent());
+  const auto surface = RecordingActor::make(mLog, "surface");
+  bool current = false;
+  surface->on_call = [&](const std::string& call) {
+    current |= call == "opaque" && mScene.window()->IsCurrent();
+  };
+  vtkProp* props[] = {surface};
+  vtkRenderState state(mScene.renderer());
+  state.SetPropArrayAndCount(props, 1);
+  mPass->Render(&state);
+  EXPECT_TRUE(current);
+}
+
+TEST_F(GViewRenderPassTest, DrawsThePropsOfTheStateAndNoOthers)
+{
+  mScene.window()->Render();
+  const auto in_renderer = add_actor("in the renderer");
+  const auto first = RecordingActor::make(mLog, "first");
+  const auto second = RecordingActor::make(mLog, "second");
+  vtkProp* props[] = {second, first};
+  vtkRenderState state(mScene.renderer());
+  state.SetPropArrayAndCount(props, 2);
+  mPass->UpdateGeometry(&state);
+  EXPECT_EQ(mLog, (Log{"second.opaque", "first.opaque", "second.asked", "first.asked", "second.overlay",
+                       "first.overlay"}));
 }
 
 TEST_F(GViewRenderPassTest, DrawsIntoItsViewportOnly)

@@ -926,6 +926,20 @@ TEST_F(ViewModelSetTest, NullLeavesIt)
   EXPECT_TRUE(set.views().empty());
 }
 
+TEST_F(ViewModelSetTest, AgreesWithASetThatIsChangedByHand)
+{
+  GView view;
+  {
+    GModelSet set;
+    set.add_view(&view);
+    EXPECT_EQ(view.get_model_set(), &set);
+    set.remove_view(&view);
+    EXPECT_EQ(view.get_model_set(), nullptr);
+    set.add_view(&view);
+  }
+  EXPECT_EQ(view.get_model_set(), nullptr); // the set is gone
+}
+
 TEST_F(ViewModelSetTest, IsLeftWhenItsPropFunctionThrows)
 {
   GModelSet set;

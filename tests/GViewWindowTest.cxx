@@ -651,6 +651,57 @@ TEST_F(SharedWindowTest, ServesModelsOfOneSet)
   EXPECT_EQ(count_pixels(picture(*shared.b), colour_is(kBlue)), 6 * 6);
 }
 
+// --- One model in two windows
+// ---------------------------------------------------------------------------------------------------
+
+using ModelInTwoViewsTest = ViewRenderTest;
+
+/// One model with a part and a label in two views, each with a window of its own.
+struct TwoViews
+{
+  ViewStage first;
+  std::shared_ptr<GView> second = make_view();
+
+  TwoViews()
+  {
+    first.model.add_part(quad(-0.9, -0.9, -0.6, -0.6), show_flat(kGreen));
+    first.model.add_label("label", BrantVector(-0.5, 0.5, 0.0), BrantColor(255, 255, 0));
+  }
+};
+
+// Every frame of the one window comes after a frame of the other, which drew the same label.
+TEST_F(ModelInTwoViewsTest, LooksTheSameInEveryFrameOfBoth)
+{
+  TwoViews views;
+  const Image alone = picture(*views.first.view);
+  ASSERT_GT(count_pixels(alone, colour_is(kYellow, 100)), 5);
+  views.second->set_model_set(&views.first.set);
+  for (int frame = 0; frame < 3; ++frame) {
+    EXPECT_TRUE(picture(*views.second) == alone) << frame;
+    EXPECT_TRUE(picture(*views.first.view) == alone) << frame;
+  }
+}
+
+TEST_F(ModelInTwoViewsTest, LooksTheSameAfterTheOtherIsGone)
+{
+  TwoViews views;
+  const Image alone = picture(*views.first.view);
+  views.second->set_model_set(&views.first.set);
+  views.second->render();
+  views.second.reset();
+  EXPECT_TRUE(picture(*views.first.view) == alone);
+}
+
+TEST_F(ModelInTwoViewsTest, LooksTheSameAfterTheOtherHasLetItGo)
+{
+  TwoViews views;
+  const Image alone = picture(*views.first.view);
+  views.second->set_model_set(&views.first.set);
+  views.second->render();
+  views.second->set_model_set(nullptr);
+  EXPECT_TRUE(picture(*views.first.view) == alone);
+}
+
 // --- Overlay
 // ---------------------------------------------------------------------------------------------------------
 

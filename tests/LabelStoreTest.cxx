@@ -52,8 +52,8 @@ Ints counted(int count)
   return numbers;
 }
 
-// --- Keys
-// ----------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Keys
 
 TEST(LabelStoreTest, StartsEmpty)
 {
@@ -154,8 +154,8 @@ TEST(LabelStoreTest, AnEmptyStoreIsCleared)
   EXPECT_EQ(add(store), 0);
 }
 
-// --- Content
-// -------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Content
 
 TEST(LabelStoreTest, KeepsWhatItWasGiven)
 {
@@ -170,7 +170,7 @@ TEST(LabelStoreTest, KeepsWhatItWasGiven)
   EXPECT_EQ(label.text, "mesh");
   EXPECT_EQ(label.color, BrantColor(4, 5, 6, 7));
   EXPECT_EQ(label.style, style.Get());
-  EXPECT_EQ(label.mapper, nullptr);
+  EXPECT_TRUE(label.mappers.empty());
   EXPECT_EQ(label.key, 0);
 }
 
@@ -193,7 +193,7 @@ TEST(LabelStoreTest, AReusedKeyHasNothingOfItsFormerLabel)
 {
   LabelStore store;
   store.add(BrantVector(1.0, 2.0, 3.0), "old", BrantColor(1, 2, 3), nullptr);
-  store.in_order().front().mapper = vtkSmartPointer<vtkTextMapper>::New();
+  store.in_order().front().mappers = {vtkSmartPointer<vtkTextMapper>::New()};
   store.remove(0);
   store.add(BrantVector(4.0, 5.0, 6.0), "new", BrantColor(4, 5, 6), nullptr);
   const Label& label = store.in_order().front();
@@ -201,7 +201,7 @@ TEST(LabelStoreTest, AReusedKeyHasNothingOfItsFormerLabel)
   EXPECT_EQ(label.text, "new");
   EXPECT_EQ(label.point, BrantVector(4.0, 5.0, 6.0));
   EXPECT_EQ(label.color, BrantColor(4, 5, 6));
-  EXPECT_EQ(label.mapper, nullptr);
+  EXPECT_TRUE(label.mappers.empty());
 }
 
 // Not when the hole is closed some time later: styles and mappers hold graphics resources.
@@ -211,7 +211,7 @@ TEST(LabelStoreTest, ARemovedLabelLetsGoAtOnce)
   const vtkNew<vtkTextProperty> style;
   const vtkNew<vtkTextMapper> mapper;
   store.add(BrantVector(), "", BrantColor(), style);
-  store.in_order().front().mapper = mapper;
+  store.in_order().front().mappers = {mapper};
   EXPECT_EQ(style->GetReferenceCount(), 2);
   EXPECT_EQ(mapper->GetReferenceCount(), 2);
   store.remove(0);
@@ -235,8 +235,8 @@ TEST(LabelStoreTest, ClearingAndDestructionLetGoOfEverything)
   EXPECT_EQ(style->GetReferenceCount(), 1);
 }
 
-// --- Against the literal lists
-// -------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Against the literal lists
 
 // Each label carries the number of its addition as its text, so that contents are followed as well as keys.
 class Twins
@@ -359,8 +359,8 @@ TEST(LabelStoreTest, KeysAndOrderFollowTheLiteralListsThroughFloodAndEbb)
   }
 }
 
-// --- Size
-// ----------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Size
 
 // With a search or a shift for each removal this is some 10^10 steps, and the test does not come back.
 TEST(LabelStoreTest, AHundredThousandLabelsGoInAnyOrder)

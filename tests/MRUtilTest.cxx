@@ -138,8 +138,8 @@ private:
   MRUtil::GraphicsStatus mStatus;
 };
 
-// --- Enumerations
-// --------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Enumerations
 
 // Hosts store these numbers.
 TEST_F(MRUtilTest, TheEnumeratorsHaveTheirFixedValues)
@@ -183,8 +183,8 @@ TEST_F(MRUtilTest, TheEnumerationsArePlainIntegers)
   EXPECT_EQ(static_cast<MRUtil::RenderMode>(5), MRUtil::RENDER_TRANSPARENT);
 }
 
-// --- Mouse functions
-// -----------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Mouse functions
 
 TEST_F(MRUtilTest, NamesEveryMouseFunctionInTheOrderOfTheCodes)
 {
@@ -248,8 +248,8 @@ TEST_F(MRUtilTest, TheMouseFunctionCodesIndexTheNames)
   EXPECT_EQ(name_of(MRUtil::MOUSE_NONE), "None");
 }
 
-// --- Property keys
-// -------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Property keys
 
 TEST_F(MRUtilTest, TheKeysHaveTheirNamesAndLocation)
 {
@@ -281,8 +281,8 @@ TEST_F(MRUtilTest, TheKeysHoldIntegersOnAProp)
   EXPECT_EQ(actor->GetPropertyKeys()->Get(MRUtil::RENDER_MODE()), 1);
 }
 
-// --- Formatting messages
-// -------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Formatting messages
 
 TEST_F(MRUtilTest, FormatsAndHandsOverTheKind)
 {
@@ -374,8 +374,8 @@ TEST_F(MRUtilTest, AllocatesNothing)
   EXPECT_EQ(gAllocations, before);
 }
 
-// --- The print function
-// --------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// The print function
 
 TEST_F(MRUtilTest, StartsWithTheDefaultPrintFunction)
 {
@@ -519,8 +519,8 @@ TEST_F(MRUtilTest, WhatAPrintFunctionThrowsReachesTheCaller)
   EXPECT_EQ(current_print_function(), &throw_message);
 }
 
-// --- VTK's messages
-// ------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// VTK's messages
 
 /// Puts VTK's output window back.
 class MorrowVTKOutputWindowTest : public ::testing::Test
@@ -654,8 +654,8 @@ TEST_F(MorrowVTKOutputWindowTest, OnceInstalledReceivesWhatVtkReports)
   EXPECT_EQ(written.substr(written.size() - end.size()), end);
 }
 
-// --- Graphics status
-// -----------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Graphics status
 
 TEST_F(MRUtilTest, StartsWithNormalGraphics)
 {
@@ -695,8 +695,8 @@ TEST_F(MRUtilTest, ADisabledStatusOutlastsAnyNumberOfResumeRequests)
   EXPECT_EQ(MRUtil::get_graphics_status(), MRUtil::GRAPHICS_NORMAL);
 }
 
-// --- Queries
-// -------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Queries
 
 TEST_F(MRUtilTest, ReportsTheGraphicsVersionOfTheHost)
 {
@@ -761,7 +761,7 @@ protected:
   }
 };
 
-vtkStandardNewMacro(AnyScreenFactory);
+vtkStandardNewMacro(AnyScreenFactory)
 
 /// Windows made by VTK are on any screen meanwhile.
 class ScreenSizeTest : public MRUtilTest

@@ -102,8 +102,8 @@ TEST_F(NoDisplayTest, LoadingTheLibraryAsksForNoDisplay)
   EXPECT_EQ(gDisplaysAskedFor, 0); // nothing but loading and other tests has happened yet
 }
 
-// --- Views
-// ---------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Views
 
 TEST_F(NoDisplayTest, ViewsComeAndGo)
 {
@@ -197,8 +197,8 @@ TEST_F(NoDisplayTest, PropsAreAddedAndRemoved)
   view.add_props(some_actors(data, 30)); // go with the view
 }
 
-// --- Models and sets
-// -----------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Models and sets
 
 TEST_F(NoDisplayTest, ModelsShowTheirPartsInViews)
 {
@@ -292,8 +292,8 @@ TEST_F(NoDisplayTest, ViewsModelsAndSetsDieInAnyOrder)
   } while (std::next_permutation(order.begin(), order.end()));
 }
 
-// --- Rendering that does not take place
-// ----------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Rendering that does not take place
 
 TEST_F(NoDisplayTest, NothingRendersWhileGraphicsAreOff)
 {

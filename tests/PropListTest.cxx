@@ -46,7 +46,7 @@ protected:
   ~ToldProp() override = default;
 };
 
-vtkStandardNewMacro(ToldProp);
+vtkStandardNewMacro(ToldProp)
 
 Props make_props(std::size_t count)
 {
@@ -80,8 +80,8 @@ protected:
   morrow::PropList mList{*mRenderer};
 };
 
-// --- One list
-// ------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// One list
 
 TEST_F(PropListTest, AddsInVectorOrder)
 {
@@ -203,8 +203,8 @@ TEST(PropListReleaseTest, ResourcesAreReleasedForTheRenderersWindow)
   EXPECT_EQ(windows, std::vector<vtkWindow*>{window});
 }
 
-// --- Changes behind its back
-// ---------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Changes behind its back
 
 TEST_F(PropListTest, SeesWhatOthersAddToTheRenderer)
 {
@@ -282,8 +282,8 @@ TEST_F(PropListTest, AnAddressUsedAgainIsAnotherProp)
   EXPECT_EQ(props_of(mRenderer), std::vector<vtkProp*>{others.back()});
 }
 
-// --- Props that act while they leave
-// -------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Props that act while they leave
 
 /// What happens to the renderer when a prop, as it leaves, does something there: through VTK's own calls and
 /// through the list, with few props and with many.
@@ -409,8 +409,8 @@ TEST_P(LeavingPropTest, WhatItThrowsLeavesTheListUsable)
 
 INSTANTIATE_TEST_SUITE_P(FewAndMany, LeavingPropTest, ::testing::Values(4U, 40U));
 
-// --- Against VTK's own calls
-// ---------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Against VTK's own calls
 
 /// Two renderers with a prop of each number: one gets VTK's own calls, literally, the other the same requests
 /// through a list. All that can be seen from outside must be equal at any time.
@@ -608,8 +608,8 @@ TEST_P(PropListRandomTest, TheOutcomeIsThatOfVtksOwnCalls)
 
 INSTANTIATE_TEST_SUITE_P(Seeds, PropListRandomTest, ::testing::Values(1U, 2U, 3U));
 
-// --- Cost
-// ----------------------------------------------------------------------------------------------------
+// ---------------------------------------------------------------------------------------------------------
+// Cost
 
 /// How the processor time of a call grows from 1,000 to 16,000 props: by 16 when it is proportional to their
 /// number, by 256 when each prop is searched for among all.

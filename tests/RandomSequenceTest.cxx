@@ -13,9 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <iterator>
 #include <map>
-#include <ostream>
 #include <random>
 #include <set>
 #include <string>
@@ -37,15 +35,7 @@ constexpr int kOperationsToAFrame = 1500;
 // --- The account
 // -----------------------------------------------------------------------------------------------------
 
-/// What the function of a part is to make at its next call. The account decides before the call, so that both
-/// sides know.
-enum class Outcome
-{
-  Props,
-  Throws
-};
-
-/// One real prop that a prop function made; the account holds no reference.
+/// Real props that prop functions made; the account holds no references.
 using PropList = std::vector<vtkProp*>;
 
 /// A renderer's list as VTK's own calls would leave it.

@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <vtkActor.h>
-#include <vtkAlgorithm.h>
 #include <vtkBoundingBox.h>
 #include <vtkCell.h>
 #include <vtkCompositeDataIterator.h>
@@ -299,11 +298,11 @@ TEST_P(RealMeshTest, RemovedBlocksLeaveAndHookedOnesComeBack)
 // --- Labels
 // ----------------------------------------------------------------------------------------------------------
 
-/// A place of the surface with its neighbourhood, and how far the mesh reaches along the line of sight.
+/// A point and how far it lies in a direction.
 struct Spot
 {
   std::array<double, 3> point{};
-  double height = -std::numeric_limits<double>::max(); ///< along the direction
+  double height = -std::numeric_limits<double>::max();
 };
 
 std::array<double, 3> centre_of(vtkCell& cell)
@@ -335,7 +334,7 @@ BrantVector along(const Spot& spot, const Direction& direction, double distance)
 }
 
 // One label stands before the nearest cell and one behind it on the same line of sight, so the cell hides
-// each from one side.
+// each from one side. Where both show, the red one covers the beginning of the green one.
 TEST_P(RealMeshTest, LabelsShowInFrontAndHideBehind)
 {
   MORROW_REAL_MESH(path, GetParam().file);
@@ -343,7 +342,7 @@ TEST_P(RealMeshTest, LabelsShowInFrontAndHideBehind)
   const Spot spot = nearest_cell(mBlocks, oblique());
   const double step = 0.02 * mBox.GetDiagonalLength();
   const double depth = spot.height + nearest_cell(mBlocks, opposite(oblique())).height;
-  mModel.add_label("##", along(spot, oblique(), step), BRANT_GREEN);
+  mModel.add_label("####", along(spot, oblique(), step), BRANT_GREEN);
   mModel.add_label("##", along(spot, oblique(), -depth - step), BRANT_RED);
   mSet.render();
   const Image front = read_pixels(mFront->get_render_window());

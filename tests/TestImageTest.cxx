@@ -12,6 +12,7 @@
 #include <fstream>
 #include <limits>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -435,9 +436,10 @@ protected:
   }
   [[nodiscard]] bool has_output(const char* name) const { return fs::exists(mOutput / name); }
 
+  // Named after the process as well: the same test may run in two builds at once.
   fs::path mRoot =
-      fs::temp_directory_path() /
-      (std::string("picture_test_") + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+      fs::temp_directory_path() / ("picture_test_" + std::to_string(getpid()) + "_" +
+                                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
   fs::path mBaselines = mRoot / "baselines";
   fs::path mOutput = mRoot / "output" / "deeper";
   fs::path mBaseline = mBaselines / "picture.png";

@@ -19,6 +19,7 @@
 #include <fstream>
 #include <string>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__)
 #define MORROW_LEAK_CHECKER
@@ -623,7 +624,7 @@ private:
 
 TEST(RealMeshLookUpTest, FindsAFileOfThePromisedFolder)
 {
-  const fs::path folder = fs::temp_directory_path() / "real_mesh_look_up";
+  const fs::path folder = fs::temp_directory_path() / ("real_mesh_look_up_" + std::to_string(getpid()));
   fs::create_directories(folder);
   std::ofstream(folder / "mesh.e") << "mesh";
   {

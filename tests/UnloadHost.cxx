@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
 
-// UnloadHost <plug-in> <times>: a host on VTK that is not linked with the library. It loads a plug-in that is,
-// has it render into the host's window, unloads it, and goes on with the window; so many times.
+// UnloadHost <plug-in> <times>: a host on VTK that is not linked with the library. It loads a plug-in that
+// is, has it render into the host's window, unloads it, and goes on with the window; so many times.
 //
-// Exit status 0 when all went well, and the last line then says whether the library is still loaded: "gone" or
-// "stays". Any other end is a failure.
+// Exit status 0 when all went well, and the last line then says whether the library is still loaded: "gone"
+// or "stays". Any other end is a failure.
 #include <vtkNew.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>

@@ -10,6 +10,7 @@
 #include "MRUtil.h"
 
 #include <vtkActor.h>
+#include <vtkCallbackCommand.h>
 #include <vtkCellArray.h>
 #include <vtkDataObject.h>
 #include <vtkInformation.h>
@@ -60,7 +61,8 @@ std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, GView* /*v
 
 extern "C" __attribute__((visibility("default"))) void show_in_window(vtkRenderWindow* window);
 
-/// Renders a view with a part and a label in the host's window, and takes everything away again.
+/// Renders a view with a part and a label in the host's window, and takes everything away again, but for an
+/// observer of the window.
 extern "C" void show_in_window(vtkRenderWindow* window)
 {
   GModelSet set;
@@ -71,6 +73,7 @@ extern "C" void show_in_window(vtkRenderWindow* window)
   view.set_model_set(&set);
   model.add_part(triangle(), make_props);
   model.add_label("plug-in", BrantVector(1.0, 0.0, 0.0), BrantColor(255, 0, 0));
+  window->AddObserver(vtkCommand::EndEvent, view.update_viewport_command());
   view.enable_overlay();
   view.get_renderer()->ResetCamera();
   view.render();

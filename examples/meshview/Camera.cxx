@@ -40,8 +40,7 @@ struct Axes
 {
   explicit Axes(const NamedView& view)
       : back(view.towards_eye.normalized()), right(view.up.cross(back).normalized()), up(back.cross(right))
-  {
-  }
+  {}
 
   BrantVector back;
   BrantVector right;
@@ -52,8 +51,8 @@ struct Axes
 /// must then be.
 ///
 /// A point at (s, b), s across and b back along the line of sight, is in the picture of an eye at (S, B) when
-/// |s - S| <= t (B - b), t being the tangent of half the view angle. So S + t B must reach the largest s + t b
-/// and t B - S the largest t b - s; the two together give both unknowns.
+/// |s - S| <= t (B - b), t being the tangent of half the view angle. So S + t B must reach the largest s + t
+/// b and t B - S the largest t b - s; the two together give both unknowns.
 class Fit
 {
 public:
@@ -100,10 +99,12 @@ void place(vtkCamera& camera, const Axes& axes, const Extent& extent)
   const BrantVector across =
       axes.right * extent.horizontal.eye_across() + axes.up * extent.vertical.eye_across();
   const double middle = (extent.nearest + extent.farthest) / 2.0;
-  const double fitting = std::max(extent.horizontal.eye_back(), extent.vertical.eye_back());
-  const double eye = fitting > middle ? fitting : middle + 1.0; // a mesh may be a single point
-  const BrantVector position = across + axes.back * eye;
   const BrantVector focus = across + axes.back * middle;
+  const double fitting = std::max(extent.horizontal.eye_back(), extent.vertical.eye_back()) - middle;
+  // A mesh may be a single point, and only rounding keeps the eye away from it.
+  const double least = 1e-12 * focus.length();
+  const double distance = fitting > least ? fitting : std::max(1.0, focus.length());
+  const BrantVector position = focus + axes.back * distance;
   camera.SetPosition(position.x(), position.y(), position.z());
   camera.SetFocalPoint(focus.x(), focus.y(), focus.z());
   camera.SetViewUp(axes.up.x(), axes.up.y(), axes.up.z());
@@ -123,8 +124,8 @@ const std::vector<std::string>& view_names()
   return kNames;
 }
 
-void look_from(const std::string& name, vtkCamera& camera, const std::vector<vtkPolyData*>& surfaces, int width,
-               int height)
+void look_from(const std::string& name, vtkCamera& camera, const std::vector<vtkPolyData*>& surfaces,
+               int width, int height)
 {
   const Axes axes(find_view(name));
   // Views apply the view angle to the shorter side of the window.

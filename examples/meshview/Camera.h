@@ -13,5 +13,5 @@ class vtkPolyData;
 
 /// Places the camera on the named side of the surfaces, as near as all of their points are in a picture of
 /// this size in pixels, with a margin. z points up, except in the views along z, where y does.
-void look_from(const std::string& name, vtkCamera& camera, const std::vector<vtkPolyData*>& surfaces, int width,
-               int height);
+void look_from(const std::string& name, vtkCamera& camera, const std::vector<vtkPolyData*>& surfaces,
+               int width, int height);

@@ -36,6 +36,7 @@ vtkSmartPointer<vtkLookupTable> make_table(const ValueRange& range, bool is_vect
   auto table = vtkSmartPointer<vtkLookupTable>::New();
   table->SetHueRange(kBlueHue, kRedHue);
   table->SetSaturationRange(kSaturation, kSaturation);
+  table->SetRampToLinear();
   table->SetNanColor(0.6, 0.6, 0.6, 1.0);
   table->SetTableRange(range.low, range.high);
   if (is_vector) {

@@ -35,9 +35,15 @@ int error_descriptor()
   return gDescriptor;
 }
 
+const char* wipe_line()
+{
+  static const bool gHasTerminal = has_terminal();
+  return gHasTerminal ? "\r\033[K" : "";
+}
+
 void complain(const std::string& text)
 {
-  write_all(error_descriptor(), "meshview: " + one_line(text) + "\n");
+  write_all(error_descriptor(), wipe_line() + ("meshview: " + one_line(text)) + "\n");
 }
 
 void complain(const std::string& file, const std::string& reason)

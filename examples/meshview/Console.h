@@ -19,8 +19,12 @@ void complain(const std::string& file, const std::string& reason);
 /// Is standard error a terminal, so that a progress bar makes sense?
 [[nodiscard]] bool has_terminal();
 
-/// While it lives, what anyone writes to standard error by itself is lost. The C libraries below VTK's readers
-/// describe damaged files there, at length and without naming them.
+/// What clears the line that a progress bar has written on a terminal; empty where there is none. Lives as
+/// long as the program.
+[[nodiscard]] const char* wipe_line();
+
+/// While it lives, what anyone writes to standard error by itself is lost. The C libraries below VTK's
+/// readers describe damaged files there, at length and without naming them.
 class Quiet
 {
 public:

@@ -32,17 +32,16 @@ struct File
 
 MeshFormat format_of(const std::string& path)
 {
-  static const std::map<std::string, MeshFormat> kFormats = {
-      {".vtu", MeshFormat::XmlUnstructuredGrid},
-      {".vtp", MeshFormat::XmlPolyData},
-      {".vtm", MeshFormat::XmlMultiBlock},
-      {".vtk", MeshFormat::LegacyVtk},
-      {".stl", MeshFormat::Stl},
-      {".ply", MeshFormat::Ply},
-      {".obj", MeshFormat::Obj},
-      {".e", MeshFormat::Exodus},
-      {".exo", MeshFormat::Exodus},
-      {".ex2", MeshFormat::Exodus}};
+  static const std::map<std::string, MeshFormat> kFormats = {{".vtu", MeshFormat::XmlUnstructuredGrid},
+                                                             {".vtp", MeshFormat::XmlPolyData},
+                                                             {".vtm", MeshFormat::XmlMultiBlock},
+                                                             {".vtk", MeshFormat::LegacyVtk},
+                                                             {".stl", MeshFormat::Stl},
+                                                             {".ply", MeshFormat::Ply},
+                                                             {".obj", MeshFormat::Obj},
+                                                             {".e", MeshFormat::Exodus},
+                                                             {".exo", MeshFormat::Exodus},
+                                                             {".ex2", MeshFormat::Exodus}};
   std::string extension = std::filesystem::path(path).extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -141,8 +140,8 @@ void check_xml(const File& file, const std::string& type)
   }
 }
 
-/// A binary file is a header of 80 bytes, the number of triangles and 50 bytes for each. Too small a number is
-/// common, and then the file's length counts.
+/// A binary file is a header of 80 bytes, the number of triangles and 50 bytes for each. Too small a number
+/// is common, and then the file's length counts.
 void check_stl(const File& file)
 {
   if (looks_like_text(file)) {
@@ -176,14 +175,22 @@ void check_ply_file(const File& file)
 void check_content(const File& file, MeshFormat format)
 {
   switch (format) {
-  case MeshFormat::XmlUnstructuredGrid: return check_xml(file, "UnstructuredGrid");
-  case MeshFormat::XmlPolyData: return check_xml(file, "PolyData");
-  case MeshFormat::XmlMultiBlock: return check_xml(file, "vtkMultiBlockDataSet");
-  case MeshFormat::LegacyVtk: return require(starts_with(file, "# vtk DataFile"), "is not a VTK file");
-  case MeshFormat::Stl: return check_stl(file);
-  case MeshFormat::Ply: return check_ply_file(file);
-  case MeshFormat::Obj: return require(!has_zero_byte(file), "is not an OBJ file");
-  case MeshFormat::Exodus: return check_exodus(file);
+  case MeshFormat::XmlUnstructuredGrid:
+    return check_xml(file, "UnstructuredGrid");
+  case MeshFormat::XmlPolyData:
+    return check_xml(file, "PolyData");
+  case MeshFormat::XmlMultiBlock:
+    return check_xml(file, "vtkMultiBlockDataSet");
+  case MeshFormat::LegacyVtk:
+    return require(starts_with(file, "# vtk DataFile"), "is not a VTK file");
+  case MeshFormat::Stl:
+    return check_stl(file);
+  case MeshFormat::Ply:
+    return check_ply_file(file);
+  case MeshFormat::Obj:
+    return require(!has_zero_byte(file), "is not an OBJ file");
+  case MeshFormat::Exodus:
+    return check_exodus(file);
   }
 }
 

@@ -22,6 +22,6 @@ enum class MeshFormat
 /// empty or no regular file, has an unknown extension or the content of another format, or is shorter than it
 /// says itself.
 ///
-/// This finds what VTK's readers do not notice, or notice too late: several take a file that was cut short for
-/// a smaller mesh, or for one with all coordinates 0.
+/// This finds what VTK's readers do not notice, or notice too late: several take a file that was cut short
+/// for a smaller mesh, or for one with all coordinates 0.
 [[nodiscard]] MeshFormat check_file(const std::string& path);

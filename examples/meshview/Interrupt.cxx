@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <string>
 
 namespace {
 
@@ -17,6 +18,7 @@ constexpr unsigned kPatience = 1; // seconds
 // Taken before a signal can come: handlers must call no function that might build something on first use.
 AppUtil* gAppUtil = nullptr;
 int gErrorDescriptor = -1;
+std::string gText;
 
 extern "C" void on_interrupt(int /*signal*/)
 {
@@ -26,8 +28,7 @@ extern "C" void on_interrupt(int /*signal*/)
 
 extern "C" void on_impatience(int /*signal*/)
 {
-  static const char kText[] = "meshview: interrupted\n";
-  [[maybe_unused]] const auto written = write(gErrorDescriptor, kText, sizeof kText - 1);
+  [[maybe_unused]] const auto written = write(gErrorDescriptor, gText.data(), gText.size());
   _exit(EXIT_INTERRUPTED);
 }
 
@@ -38,6 +39,7 @@ InterruptScope::InterruptScope()
   gAppUtil = AppUtil::instance();
   gAppUtil->set_interrupt(false);
   gErrorDescriptor = Console::error_descriptor();
+  gText = std::string(Console::wipe_line()) + "meshview: interrupted\n";
   std::signal(SIGALRM, on_impatience);
   std::signal(SIGINT, on_interrupt);
 }

@@ -31,8 +31,8 @@ struct ValueRange
 struct MeshBlock
 {
   std::string name;
-  vtkIdType points = 0;                  ///< points that the block's cells use, or are just there
-  vtkIdType cells = 0;                   ///< cells of all types
+  vtkIdType points = 0;                   ///< points that the block's cells use, or are just there
+  vtkIdType cells = 0;                    ///< cells of all types
   std::map<int, vtkIdType> cells_by_type; ///< number of cells by VTK's cell type
   std::optional<ValueRange> values;       ///< of the array to colour by; none if the block does not have it
 

@@ -73,7 +73,7 @@ struct Split
 };
 
 /// value_of(cell) tells the block, name_of(value) its name.
-template <class ValueOf, class NameOf>
+template<class ValueOf, class NameOf>
 Split split_cells(vtkIdType number_of_cells, const ValueOf& value_of, const NameOf& name_of)
 {
   std::map<decltype(value_of(0)), vtkSmartPointer<vtkIdList>> lists;

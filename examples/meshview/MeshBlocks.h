@@ -31,8 +31,8 @@ struct NamedMesh
 void add_ids(vtkDataSet& mesh);
 [[nodiscard]] const char* id_array_name();
 
-/// Splits an unstructured grid by the values of its block array, an integer or text array, in ascending order.
-/// The field array "BlockNames" names them if it has as many texts as there are values; else text is its own
-/// name and an integer 7 is called "block 7". A mesh without such an array, or with one that has a single
-/// value or more than 1000, stays whole.
+/// Splits an unstructured grid by the values of its block array, an integer or text array, in ascending
+/// order. The field array "BlockNames" names them if it has as many texts as there are values; else text is
+/// its own name and an integer 7 is called "block 7". A mesh without such an array, or with one that has a
+/// single value or more than 1000, stays whole.
 [[nodiscard]] std::vector<NamedMesh> split_by_block_array(const NamedMesh& whole);

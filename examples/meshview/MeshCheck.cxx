@@ -36,7 +36,7 @@ std::string text(vtkIdType number)
 
 // --- Coordinates
 
-template <class T>
+template<class T>
 vtkIdType first_bad(const T* values, vtkIdType count)
 {
   for (vtkIdType i = 0; i < count; ++i) {
@@ -65,8 +65,8 @@ void check_coordinates(vtkDataArray& array)
   if (bad >= 0) {
     const int components = array.GetNumberOfComponents();
     const double value = array.GetComponent(bad / components, static_cast<int>(bad % components));
-    throw MeshError("the coordinates of point " + text(bad / components) + " are not usable: " +
-                    (std::isfinite(value) ? "beyond 1e18" : "not a finite number"));
+    throw MeshError("the coordinates of point " + text(bad / components) +
+                    " are not usable: " + (std::isfinite(value) ? "beyond 1e18" : "not a finite number"));
   }
 }
 
@@ -87,11 +87,12 @@ void check_structure(vtkDataSet& mesh)
 
 // --- Lists of point numbers
 
-/// For vtkCellArray::Visit(): are offsets ascending and inside the list, and point numbers in range?
+/// For vtkCellArray::Visit(): are offsets ascending and inside the list, cells large enough and point numbers
+/// in range?
 struct CheckCellArray
 {
-  template <class State>
-  void operator()(State& state, vtkIdType number_of_points) const
+  template<class State>
+  void operator()(State& state, vtkIdType number_of_points, vtkIdType least_size) const
   {
     using Value = typename State::ValueType;
     const auto* offsets = state.GetOffsets()->GetPointer(0);
@@ -99,7 +100,11 @@ struct CheckCellArray
     const vtkIdType length = state.GetConnectivity()->GetNumberOfValues();
     for (vtkIdType i = 0; i < cells; ++i) {
       if (offsets[i] < 0 || offsets[i + 1] < offsets[i]) {
-        throw MeshError("cell " + text(i) + " has a damaged list of points");
+        throw MeshError("a cell has a damaged list of points");
+      }
+      if (offsets[i + 1] - offsets[i] < least_size) {
+        throw MeshError("a cell has " + text(offsets[i + 1] - offsets[i]) + " points instead of at least " +
+                        text(least_size));
       }
     }
     if (cells > 0 && offsets[cells] > length) {
@@ -114,10 +119,10 @@ struct CheckCellArray
   }
 };
 
-void check_cells(vtkCellArray* cells, vtkIdType number_of_points)
+void check_cells(vtkCellArray* cells, vtkIdType number_of_points, vtkIdType least_size)
 {
   if (cells != nullptr && cells->GetOffsetsArray()->GetNumberOfValues() > 0) {
-    cells->Visit(CheckCellArray{}, number_of_points);
+    cells->Visit(CheckCellArray{}, number_of_points, least_size);
   }
 }
 
@@ -134,18 +139,25 @@ vtkIdType points_of_higher_order_cell(int type, vtkIdType n)
 {
   switch (type) {
   case VTK_LAGRANGE_CURVE:
-  case VTK_BEZIER_CURVE: return n;
+  case VTK_BEZIER_CURVE:
+    return n;
   case VTK_LAGRANGE_TRIANGLE:
-  case VTK_BEZIER_TRIANGLE: return triangular(n);
+  case VTK_BEZIER_TRIANGLE:
+    return triangular(n);
   case VTK_LAGRANGE_QUADRILATERAL:
-  case VTK_BEZIER_QUADRILATERAL: return n * n;
+  case VTK_BEZIER_QUADRILATERAL:
+    return n * n;
   case VTK_LAGRANGE_TETRAHEDRON:
-  case VTK_BEZIER_TETRAHEDRON: return triangular(n) * (n + 2) / 3;
+  case VTK_BEZIER_TETRAHEDRON:
+    return triangular(n) * (n + 2) / 3;
   case VTK_LAGRANGE_HEXAHEDRON:
-  case VTK_BEZIER_HEXAHEDRON: return n * n * n;
+  case VTK_BEZIER_HEXAHEDRON:
+    return n * n * n;
   case VTK_LAGRANGE_WEDGE:
-  case VTK_BEZIER_WEDGE: return n * triangular(n);
-  default: return 0;
+  case VTK_BEZIER_WEDGE:
+    return n * triangular(n);
+  default:
+    return 0;
   }
 }
 
@@ -178,10 +190,14 @@ public:
       rule = make_rule(type);
     }
     switch (rule.kind) {
-    case Rule::Exactly: return count == rule.count;
-    case Rule::AtLeast: return count >= rule.count;
-    case Rule::HigherOrder: return is_higher_order_count(type, count);
-    default: return false;
+    case Rule::Exactly:
+      return count == rule.count;
+    case Rule::AtLeast:
+      return count >= rule.count;
+    case Rule::HigherOrder:
+      return is_higher_order_count(type, count);
+    default:
+      return false;
     }
   }
 
@@ -202,15 +218,22 @@ private:
   static Rule make_rule(int type)
   {
     switch (type) {
-    case VTK_EMPTY_CELL: return {Rule::AtLeast, 0};
-    case VTK_POLY_VERTEX: return {Rule::AtLeast, 1};
-    case VTK_POLY_LINE: return {Rule::AtLeast, 2};
+    case VTK_EMPTY_CELL:
+      return {Rule::AtLeast, 0};
+    case VTK_POLY_VERTEX:
+      return {Rule::AtLeast, 1};
+    case VTK_POLY_LINE:
+      return {Rule::AtLeast, 2};
     case VTK_TRIANGLE_STRIP:
-    case VTK_POLYGON: return {Rule::AtLeast, 3};
-    case VTK_QUADRATIC_POLYGON: return {Rule::AtLeast, 6};
+    case VTK_POLYGON:
+      return {Rule::AtLeast, 3};
+    case VTK_QUADRATIC_POLYGON:
+      return {Rule::AtLeast, 6};
     case VTK_CONVEX_POINT_SET:
-    case VTK_POLYHEDRON: return {Rule::AtLeast, 4};
-    default: break;
+    case VTK_POLYHEDRON:
+      return {Rule::AtLeast, 4};
+    default:
+      break;
     }
     if (points_of_higher_order_cell(type, 2) > 0) {
       return {Rule::HigherOrder, 0};
@@ -256,8 +279,7 @@ class PolyhedronCheck
 public:
   explicit PolyhedronCheck(vtkUnstructuredGrid& grid)
       : mFaces(grid.GetFaces()), mPositions(grid.GetFaceLocations()), mPoints(grid.GetNumberOfPoints())
-  {
-  }
+  {}
 
   void check(vtkIdType cell)
   {
@@ -321,16 +343,18 @@ void drop_unfit_arrays(vtkDataSetAttributes& attributes, vtkIdType wanted)
 
 void check_grid(vtkUnstructuredGrid& grid)
 {
-  check_cells(grid.GetCells(), grid.GetNumberOfPoints());
+  check_cells(grid.GetCells(), grid.GetNumberOfPoints(), 0); // the types say more
   check_types(grid);
   check_polyhedra(grid);
 }
 
 void check_surface(vtkPolyData& surface)
 {
-  for (vtkCellArray* cells : {surface.GetVerts(), surface.GetLines(), surface.GetPolys(), surface.GetStrips()}) {
-    check_cells(cells, surface.GetNumberOfPoints());
-  }
+  const vtkIdType points = surface.GetNumberOfPoints();
+  check_cells(surface.GetVerts(), points, 1);
+  check_cells(surface.GetLines(), points, 2);
+  check_cells(surface.GetPolys(), points, 3);
+  check_cells(surface.GetStrips(), points, 3);
 }
 
 } // namespace

@@ -23,7 +23,8 @@
 namespace {
 
 constexpr BrantColor kLabelColor(20, 24, 30);
-constexpr vtkIdType kMostCandidates = 4000; // faces that are asked for a place; more take time and show nothing
+constexpr vtkIdType kMostCandidates =
+    4000; // faces that are asked for a place; more take time and show nothing
 
 BrantVector point_of(vtkPolyData& surface, vtkIdType point)
 {
@@ -123,8 +124,7 @@ public:
   explicit Tiles(const FramePoints& frame)
       : mColumns(frame.width() / kSize + 1), mRows(frame.height() / kSize + 1),
         mOwners(static_cast<std::size_t>(mColumns) * static_cast<std::size_t>(mRows), kNobody)
-  {
-  }
+  {}
 
   void mark(int block, const std::vector<Candidate>& candidates)
   {
@@ -162,7 +162,8 @@ private:
   }
   std::size_t index(int column, int row) const
   {
-    return static_cast<std::size_t>(row) * static_cast<std::size_t>(mColumns) + static_cast<std::size_t>(column);
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(mColumns) +
+           static_cast<std::size_t>(column);
   }
 
   bool is_free(int block, int column, int row, int distance) const
@@ -188,7 +189,8 @@ BrantVector choose_place(int block, const std::vector<Candidate>& candidates, co
 {
   const BrantVector mean = mean_on_screen(candidates);
   const auto rank = [&](const Candidate& candidate) {
-    return std::make_pair(-tiles.room(block, candidate.projected), distance_on_screen(candidate.projected, mean));
+    return std::make_pair(-tiles.room(block, candidate.projected),
+                          distance_on_screen(candidate.projected, mean));
   };
   return std::min_element(candidates.begin(), candidates.end(),
                           [&rank](const Candidate& a, const Candidate& b) { return rank(a) < rank(b); })
@@ -204,10 +206,9 @@ void set_label_style(Labels what)
   style.SetBold(what == Labels::Blocks);
   style.SetJustificationToCentered();
   style.SetVerticalJustificationToCentered();
-  if (what == Labels::Blocks) {
-    style.SetBackgroundColor(1.0, 1.0, 1.0);
-    style.SetBackgroundOpacity(0.75);
-  }
+  style.SetShadow(what != Labels::Blocks);
+  style.SetBackgroundColor(1.0, 1.0, 1.0);
+  style.SetBackgroundOpacity(what == Labels::Blocks ? 0.75 : 0.0);
 }
 
 void add_id_labels(MeshModel& model, Labels what)
@@ -223,8 +224,7 @@ void add_id_labels(MeshModel& model, Labels what)
 
 BlockLabels::BlockLabels(MeshModel& model, std::vector<std::string> names)
     : mModel(model), mNames(std::move(names))
-{
-}
+{}
 
 void BlockLabels::place(GView& view)
 {

@@ -19,8 +19,8 @@ void add_id_labels(MeshModel& model, Labels what);
 
 /// The names of the blocks, each on a visible spot of its block.
 ///
-/// Labels hide behind geometry, and the middle of a block is inside of it. So each label goes to a face that is
-/// seen, with room around it, near the middle of what is seen of the block. That depends on the camera.
+/// Labels hide behind geometry, and the middle of a block is inside of it. So each label goes to a face that
+/// is seen, with room around it, near the middle of what is seen of the block. That depends on the camera.
 class BlockLabels
 {
 public:

@@ -22,19 +22,34 @@ struct Widths
 /// The names that people use; VTK's own without "vtk" for the rest.
 std::string type_name(int type)
 {
-  static const std::map<int, std::string> kNames = {
-      {VTK_VERTEX, "vertex"},         {VTK_POLY_VERTEX, "vertices"},   {VTK_LINE, "line"},
-      {VTK_POLY_LINE, "polyline"},    {VTK_TRIANGLE, "triangle"},      {VTK_TRIANGLE_STRIP, "triangle strip"},
-      {VTK_POLYGON, "polygon"},       {VTK_PIXEL, "pixel"},            {VTK_QUAD, "quadrilateral"},
-      {VTK_TETRA, "tetrahedron"},     {VTK_VOXEL, "voxel"},            {VTK_HEXAHEDRON, "hexahedron"},
-      {VTK_WEDGE, "wedge"},           {VTK_PYRAMID, "pyramid"},        {VTK_POLYHEDRON, "polyhedron"},
-      {VTK_EMPTY_CELL, "empty cell"}, {VTK_QUADRATIC_EDGE, "line 3"},  {VTK_QUADRATIC_TRIANGLE, "triangle 6"},
-      {VTK_QUADRATIC_QUAD, "quadrilateral 8"}, {VTK_QUADRATIC_TETRA, "tetrahedron 10"},
-      {VTK_QUADRATIC_HEXAHEDRON, "hexahedron 20"}, {VTK_QUADRATIC_WEDGE, "wedge 15"},
-      {VTK_QUADRATIC_PYRAMID, "pyramid 13"}, {VTK_BIQUADRATIC_QUAD, "quadrilateral 9"},
-      {VTK_TRIQUADRATIC_HEXAHEDRON, "hexahedron 27"}};
+  static const std::map<int, std::string> kNames = {{VTK_VERTEX, "vertex"},
+                                                    {VTK_POLY_VERTEX, "vertices"},
+                                                    {VTK_LINE, "line"},
+                                                    {VTK_POLY_LINE, "polyline"},
+                                                    {VTK_TRIANGLE, "triangle"},
+                                                    {VTK_TRIANGLE_STRIP, "triangle strip"},
+                                                    {VTK_POLYGON, "polygon"},
+                                                    {VTK_PIXEL, "pixel"},
+                                                    {VTK_QUAD, "quadrilateral"},
+                                                    {VTK_TETRA, "tetrahedron"},
+                                                    {VTK_VOXEL, "voxel"},
+                                                    {VTK_HEXAHEDRON, "hexahedron"},
+                                                    {VTK_WEDGE, "wedge"},
+                                                    {VTK_PYRAMID, "pyramid"},
+                                                    {VTK_POLYHEDRON, "polyhedron"},
+                                                    {VTK_EMPTY_CELL, "empty cell"},
+                                                    {VTK_QUADRATIC_EDGE, "line 3"},
+                                                    {VTK_QUADRATIC_TRIANGLE, "triangle 6"},
+                                                    {VTK_QUADRATIC_QUAD, "quadrilateral 8"},
+                                                    {VTK_QUADRATIC_TETRA, "tetrahedron 10"},
+                                                    {VTK_QUADRATIC_HEXAHEDRON, "hexahedron 20"},
+                                                    {VTK_QUADRATIC_WEDGE, "wedge 15"},
+                                                    {VTK_QUADRATIC_PYRAMID, "pyramid 13"},
+                                                    {VTK_BIQUADRATIC_QUAD, "quadrilateral 9"},
+                                                    {VTK_TRIQUADRATIC_HEXAHEDRON, "hexahedron 27"}};
   const auto found = kNames.find(type);
-  return found != kNames.end() ? found->second : std::string(vtkCellTypes::GetClassNameFromTypeId(type)).substr(3);
+  return found != kNames.end() ? found->second
+                               : std::string(vtkCellTypes::GetClassNameFromTypeId(type)).substr(3);
 }
 
 std::string types_text(const std::map<int, vtkIdType>& cells_by_type)
@@ -87,8 +102,8 @@ void write_block(std::ostream& out, const std::string& indent, const MeshBlock& 
   const std::string name = indent + block.name;
   out << name << std::string(widths.name - std::min(widths.name, length(name)), ' ') << "  "
       << std::setw(static_cast<int>(widths.points)) << block.points << " points  "
-      << std::setw(static_cast<int>(widths.cells)) << block.cells << " cells: " << types_text(block.cells_by_type)
-      << '\n';
+      << std::setw(static_cast<int>(widths.cells)) << block.cells
+      << " cells: " << types_text(block.cells_by_type) << '\n';
 }
 
 void write_arrays(std::ostream& out, const std::vector<std::string>& arrays)

@@ -29,28 +29,35 @@
 #include <vtkXMLUnstructuredGridReader.h>
 
 #include <filesystem>
+#include <memory>
 #include <new>
 #include <set>
 
 namespace {
 
-/// A reader that is ready to be updated, and the arrays that the file has and the reader has been told not to
-/// read.
+/// A reader that is ready to be updated.
 struct Source
 {
   vtkSmartPointer<vtkAlgorithm> reader;
-  std::set<std::string> arrays;
+  std::unique_ptr<Progress> progress; ///< watches the reader
+  std::set<std::string> arrays;       ///< of the file, as far as the reader has looked
 };
+
+/// To be made before the reader looks at the file, which may take long.
+Source watch(vtkAlgorithm* reader, const std::string& path)
+{
+  return {reader, std::make_unique<Progress>(*reader, path), {}};
+}
 
 // --- Readers
 
 /// Reads all that is in the file.
-template <class Reader>
+template<class Reader>
 Source plain_source(const std::string& path)
 {
   const auto reader = vtkSmartPointer<Reader>::New();
   reader->SetFileName(path.c_str());
-  return {reader, {}};
+  return watch(reader, path);
 }
 
 bool is_wanted(const std::string& array, const ReadRequest& request)
@@ -68,20 +75,20 @@ void select_arrays(vtkDataArraySelection& selection, const ReadRequest& request,
 }
 
 /// Leaves out the arrays that will not be looked at: they are the bulk of most files.
-template <class Reader>
+template<class Reader>
 Source xml_source(const std::string& path, const ReadRequest& request)
 {
   const auto reader = vtkSmartPointer<Reader>::New();
   reader->SetFileName(path.c_str());
+  Source source = watch(reader, path);
   reader->UpdateInformation();
-  Source source{reader, {}};
   select_arrays(*reader->GetPointDataArraySelection(), request, source);
   select_arrays(*reader->GetCellDataArraySelection(), request, source);
   return source;
 }
 
 /// Otherwise the reader takes the first array of each kind.
-template <class Reader>
+template<class Reader>
 Source legacy_source_of(const std::string& path)
 {
   const auto reader = vtkSmartPointer<Reader>::New();
@@ -93,7 +100,7 @@ Source legacy_source_of(const std::string& path)
   reader->ReadAllColorScalarsOn();
   reader->ReadAllTCoordsOn();
   reader->ReadAllFieldsOn();
-  return {reader, {}};
+  return watch(reader, path);
 }
 
 /// The reader for any kind of data does not report progress.
@@ -102,14 +109,18 @@ Source legacy_source(const std::string& path)
   vtkNew<vtkGenericDataObjectReader> any;
   any->SetFileName(path.c_str());
   switch (any->ReadOutputType()) {
-  case VTK_UNSTRUCTURED_GRID: return legacy_source_of<vtkUnstructuredGridReader>(path);
-  case VTK_POLY_DATA: return legacy_source_of<vtkPolyDataReader>(path);
-  default: return legacy_source_of<vtkGenericDataObjectReader>(path);
+  case VTK_UNSTRUCTURED_GRID:
+    return legacy_source_of<vtkUnstructuredGridReader>(path);
+  case VTK_POLY_DATA:
+    return legacy_source_of<vtkPolyDataReader>(path);
+  default:
+    return legacy_source_of<vtkGenericDataObjectReader>(path);
   }
 }
 
-/// All element blocks of the first time step. They share the points of the file: squeezed ones would cost a
-/// copy of the points of each block, and make the reader trust the blocks' point numbers.
+/// All element blocks, undeformed, with the values of the last time step. The blocks share the points of the
+/// file: squeezed ones would cost a copy of the points of each, and the reader would trust their point
+/// numbers.
 Source exodus_source(const std::string& path, const ReadRequest& request)
 {
   const auto reader = vtkSmartPointer<vtkExodusIIReader>::New();
@@ -118,9 +129,11 @@ Source exodus_source(const std::string& path, const ReadRequest& request)
   }
   reader->SetFileName(path.c_str());
   reader->SetSqueezePoints(false);
+  reader->SetApplyDisplacements(0);
+  Source source = watch(reader, path);
   reader->UpdateInformation();
+  reader->SetTimeStep(reader->GetTimeStepRange()[1]);
   reader->SetAllArrayStatus(vtkExodusIIReader::ELEM_BLOCK, 1);
-  Source source{reader, {}};
   for (const int kind : {vtkExodusIIReader::NODAL, vtkExodusIIReader::ELEM_BLOCK}) {
     for (int i = 0; i < reader->GetNumberOfObjectArrays(kind); ++i) {
       const std::string name = reader->GetObjectArrayName(kind, i);
@@ -134,14 +147,22 @@ Source exodus_source(const std::string& path, const ReadRequest& request)
 Source make_source(const std::string& path, const ReadRequest& request)
 {
   switch (check_file(path)) {
-  case MeshFormat::XmlUnstructuredGrid: return xml_source<vtkXMLUnstructuredGridReader>(path, request);
-  case MeshFormat::XmlPolyData: return xml_source<vtkXMLPolyDataReader>(path, request);
-  case MeshFormat::XmlMultiBlock: return plain_source<vtkXMLMultiBlockDataReader>(path);
-  case MeshFormat::LegacyVtk: return legacy_source(path);
-  case MeshFormat::Stl: return plain_source<vtkSTLReader>(path);
-  case MeshFormat::Ply: return plain_source<vtkPLYReader>(path);
-  case MeshFormat::Obj: return plain_source<vtkOBJReader>(path);
-  case MeshFormat::Exodus: return exodus_source(path, request);
+  case MeshFormat::XmlUnstructuredGrid:
+    return xml_source<vtkXMLUnstructuredGridReader>(path, request);
+  case MeshFormat::XmlPolyData:
+    return xml_source<vtkXMLPolyDataReader>(path, request);
+  case MeshFormat::XmlMultiBlock:
+    return plain_source<vtkXMLMultiBlockDataReader>(path);
+  case MeshFormat::LegacyVtk:
+    return legacy_source(path);
+  case MeshFormat::Stl:
+    return plain_source<vtkSTLReader>(path);
+  case MeshFormat::Ply:
+    return plain_source<vtkPLYReader>(path);
+  case MeshFormat::Obj:
+    return plain_source<vtkOBJReader>(path);
+  case MeshFormat::Exodus:
+    return exodus_source(path, request);
   }
   throw MeshError("unknown format");
 }
@@ -173,9 +194,9 @@ std::string damage_in(const VtkMessages& messages)
   return is_damage(warning) ? warning : messages.first_error();
 }
 
-vtkDataObject* update(vtkAlgorithm& reader, const std::string& path)
+vtkDataObject* update(vtkAlgorithm& reader)
 {
-  const Progress progress(reader, path);
+  stop_if_interrupted();
   reader.Update();
   stop_if_interrupted();
   return reader.GetOutputDataObject(0);
@@ -228,7 +249,7 @@ MeshFile read_all(const std::string& path, const ReadRequest& request)
 {
   const VtkMessages messages;
   Source source = make_source(path, request);
-  vtkDataObject* data = update(*source.reader, path);
+  vtkDataObject* data = update(*source.reader);
   MeshFile file;
   file.path = path;
   file.damage = damage_in(messages);

@@ -5,18 +5,23 @@
 #include "MeshBlocks.h"
 
 #include <vtkCellArray.h>
+#include <vtkCellArrayIterator.h>
 #include <vtkCellData.h>
 #include <vtkCellTypes.h>
+#include <vtkCleanPolyData.h>
 #include <vtkExtractEdges.h>
+#include <vtkFloatArray.h>
 #include <vtkGeometryFilter.h>
 #include <vtkIdTypeArray.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkPolyData.h>
+#include <vtkPolygon.h>
 #include <vtkUnstructuredGrid.h>
 #include <vtkUnstructuredGridGeometryFilter.h>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace {
 
@@ -44,33 +49,48 @@ void count_surface_cells(vtkPolyData& surface, std::map<int, vtkIdType>& counts)
   count_by_size(surface.GetStrips(), {VTK_EMPTY_CELL, VTK_TRIANGLE_STRIP}, counts);
 }
 
-/// Blocks of one file may share its points.
-struct CountUsedPoints
+/// For vtkCellArray::Visit(): marks the points that the cells use.
+struct MarkUsedPoints
 {
-  template <class State>
-  vtkIdType operator()(State& state, vtkIdType number_of_points) const
+  template<class State>
+  void operator()(State& state, std::vector<bool>& is_used) const
   {
-    std::vector<bool> is_used(static_cast<std::size_t>(number_of_points), false);
     const auto* points = state.GetConnectivity()->GetPointer(0);
     for (vtkIdType i = 0; i < state.GetConnectivity()->GetNumberOfValues(); ++i) {
       is_used[static_cast<std::size_t>(points[i])] = true;
     }
-    return std::count(is_used.begin(), is_used.end(), true);
   }
 };
+
+/// Blocks of one file may share its points.
+vtkIdType count_used_points(vtkIdType number_of_points, std::initializer_list<vtkCellArray*> lists)
+{
+  std::vector<bool> is_used(static_cast<std::size_t>(number_of_points), false);
+  for (vtkCellArray* cells : lists) {
+    cells->Visit(MarkUsedPoints{}, is_used);
+  }
+  return std::count(is_used.begin(), is_used.end(), true);
+}
+
+vtkIdType count_used_points(vtkPolyData& surface)
+{
+  return count_used_points(surface.GetNumberOfPoints(),
+                           {surface.GetVerts(), surface.GetLines(), surface.GetPolys(), surface.GetStrips()});
+}
 
 void count(vtkDataSet& mesh, MeshBlock& block)
 {
   block.points = mesh.GetNumberOfPoints();
   block.cells = mesh.GetNumberOfCells();
   if (auto* surface = vtkPolyData::SafeDownCast(&mesh)) {
+    block.points = count_used_points(*surface);
     return count_surface_cells(*surface, block.cells_by_type);
   }
   for (vtkIdType i = 0; i < block.cells; ++i) {
     ++block.cells_by_type[mesh.GetCellType(i)];
   }
   if (auto* grid = vtkUnstructuredGrid::SafeDownCast(&mesh)) {
-    block.points = grid->GetCells()->Visit(CountUsedPoints{}, block.points);
+    block.points = count_used_points(block.points, {grid->GetCells()});
   }
 }
 
@@ -98,9 +118,9 @@ std::optional<ValueRange> range_of(vtkDataArray* values)
 
 bool is_wanted(const char* name, const ReadRequest& request)
 {
-  return name != nullptr && ((!request.color_by.empty() && request.color_by == name) ||
-                             std::string(id_array_name()) == name ||
-                             std::string(vtkDataSetAttributes::GhostArrayName()) == name);
+  return name != nullptr &&
+         ((!request.color_by.empty() && request.color_by == name) || std::string(id_array_name()) == name ||
+          std::string(vtkDataSetAttributes::GhostArrayName()) == name);
 }
 
 void share_wanted(vtkDataSetAttributes& from, vtkDataSetAttributes& to, const ReadRequest& request)
@@ -139,10 +159,25 @@ void repair_point_ids(vtkPolyData& surface, vtkDataSet& mesh)
   surface.GetPointData()->RemoveArray("vtkOriginalPointIds");
 }
 
-vtkSmartPointer<vtkPolyData> extract_surface(vtkDataSet& mesh, const ReadRequest& request)
+/// Points that no cell uses are not seen, but would be framed and labelled.
+vtkSmartPointer<vtkPolyData> without_unused_points(vtkPolyData& surface)
+{
+  vtkNew<vtkCleanPolyData> filter;
+  filter->SetInputData(&surface);
+  filter->PointMergingOff();
+  filter->ConvertLinesToPointsOff();
+  filter->ConvertPolysToLinesOff();
+  filter->ConvertStripsToPolysOff();
+  filter->Update();
+  return filter->GetOutput();
+}
+
+vtkSmartPointer<vtkPolyData> extract_surface(vtkDataSet& mesh, const MeshBlock& block,
+                                             const ReadRequest& request)
 {
   if (auto* surface = vtkPolyData::SafeDownCast(&mesh)) {
-    return surface;
+    const bool has_unused_points = block.points < surface->GetNumberOfPoints();
+    return has_unused_points ? without_unused_points(*surface) : vtkSmartPointer<vtkPolyData>(surface);
   }
   vtkNew<vtkGeometryFilter> filter;
   filter->SetInputData(&mesh);
@@ -150,6 +185,33 @@ vtkSmartPointer<vtkPolyData> extract_surface(vtkDataSet& mesh, const ReadRequest
   filter->Update();
   repair_point_ids(*filter->GetOutput(), mesh);
   return filter->GetOutput();
+}
+
+// --- Normals
+
+/// One normal for each face, so that it is shaded as one facet, also if its corners are not quite in a plane
+/// and it is drawn as several triangles. Normals worked out by the graphics card from positions fail for
+/// meshes in units that make them very small.
+void add_face_normals(vtkPolyData& surface)
+{
+  if (surface.GetNumberOfStrips() > 0) {
+    return; // a strip is one cell and not flat
+  }
+  vtkNew<vtkFloatArray> normals;
+  normals->SetNumberOfComponents(3);
+  normals->SetNumberOfTuples(surface.GetNumberOfCells());
+  normals->FillValue(0.0F); // of vertices and lines, which come first
+  vtkIdType cell = surface.GetNumberOfVerts() + surface.GetNumberOfLines();
+  const auto polygon = vtk::TakeSmartPointer(surface.GetPolys()->NewIterator());
+  for (polygon->GoToFirstCell(); !polygon->IsDoneWithTraversal(); polygon->GoToNextCell(), ++cell) {
+    vtkIdType size = 0;
+    const vtkIdType* corners = nullptr;
+    polygon->GetCurrentCell(size, corners);
+    double normal[3];
+    vtkPolygon::ComputeNormal(surface.GetPoints(), static_cast<int>(size), corners, normal);
+    normals->SetTuple(cell, normal);
+  }
+  surface.GetCellData()->SetNormals(normals);
 }
 
 // --- Edges of curved cells
@@ -185,7 +247,8 @@ MeshBlock make_block(const std::string& name, vtkDataSet& mesh, const ReadReques
   count(mesh, block);
   block.values = range_of(find_values(mesh, request.color_by));
   const vtkSmartPointer<vtkDataSet> bare = without_other_arrays(mesh, request);
-  block.surface = extract_surface(*bare, request);
+  block.surface = extract_surface(*bare, block, request);
+  add_face_normals(*block.surface);
   if (request.edges && has_curved_cells(block)) {
     block.edges = extract_edges(*bare);
   }

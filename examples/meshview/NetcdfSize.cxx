@@ -9,11 +9,12 @@
 #include <vector>
 
 // The header, all numbers big-endian and all strings padded to 4 bytes:
-//   "CDF" version, number of records, list of dimensions (name, length), list of attributes, list of variables
-//   (name, list of dimension numbers, list of attributes, type, size, position of the data).
+//   "CDF" version, number of records, list of dimensions (name, length), list of attributes, list of
+//   variables (name, list of dimension numbers, list of attributes, type, size, position of the data).
 // A list is a tag, a count and the elements. Counts have 8 bytes in version 5, positions in versions 2 and 5.
-// A variable whose first dimension has the length 0 has one piece per record; the pieces of all such variables
-// for one record follow each other, padded to 4 bytes each, except when there is but one such variable.
+// A variable whose first dimension has the length 0 has one piece per record; the pieces of all such
+// variables for one record follow each other, padded to 4 bytes each, except when there is but one such
+// variable.
 
 namespace {
 

@@ -82,9 +82,10 @@ std::string footer()
 {
   return R"(
 Files: .vtu .vtp .vtk .vtm .stl .ply .obj .e .exo .ex2. Each element block becomes a part with a colour of
-its own: the blocks of a .vtm or of an Exodus file (its first time step; no side or node sets), and the
-values of an integer or text cell array "BlockId", "MaterialId" or "CellEntityIds" of an unstructured grid,
-which the field array "BlockNames" may name in ascending order. Any other file is one part.
+its own: the blocks of a .vtm or of an Exodus file (undeformed, with the values of the last time step; no
+side or node sets), and the values of an integer or text cell array "BlockId", "MaterialId" or
+"CellEntityIds" of an unstructured grid, which the field array "BlockNames" may name in ascending order. Any
+other file is one part.
 
 Standard output lists files and blocks with their points, cells and cell types.
 
@@ -110,12 +111,24 @@ void describe_picture(CLI::App& app, Options& options)
          "--background", [&options](const std::string& text) { parse_background(text, options); },
          "Colour ids (see below) of the background's bottom and top; one id is plain")
       ->type_name("ID[,ID]")
-      ->default_str(std::to_string(options.bottom_background) + "," +
-                    std::to_string(options.top_background));
+      ->default_str(std::to_string(options.bottom_background) + "," + std::to_string(options.top_background));
   app.add_option("--view", options.view, "The side from which the mesh is seen")
       ->type_name("NAME")
       ->check(CLI::IsMember(view_names()))
       ->capture_default_str();
+}
+
+/// Adds an option whose value is one of a few words.
+template<class Value>
+CLI::Option* add_choice(CLI::App& app, const std::string& name, const std::map<std::string, Value>& choices,
+                        Value& chosen, const std::string& description)
+{
+  const auto choose = [&choices, &chosen](const std::string& word) { chosen = choices.at(word); };
+  std::vector<std::string> words;
+  for (const auto& choice : choices) {
+    words.push_back(choice.first);
+  }
+  return app.add_option_function<std::string>(name, choose, description)->check(CLI::IsMember(words));
 }
 
 void describe_mesh(CLI::App& app, Options& options)
@@ -123,15 +136,14 @@ void describe_mesh(CLI::App& app, Options& options)
   static const std::map<std::string, Labels> kLabels = {
       {"blocks", Labels::Blocks}, {"points", Labels::Points}, {"cells", Labels::Cells}};
   static const std::map<std::string, bool> kSwitch = {{"on", true}, {"off", false}};
-  app.add_option("--labels", options.labels,
-                 "Label blocks with their names, or the surface's points or cells with their ids, which count "
-                 "from 0 in each file or .vtm block")
-      ->type_name("WHAT")
-      ->transform(CLI::CheckedTransformer(kLabels).description("{blocks,points,cells}"));
-  app.add_option("--edges", options.edges, "Draw the edges of the mesh")
+  add_choice(
+      app, "--labels", kLabels, options.labels,
+      "Label blocks with their names, or the points or cells on the surface with their ids, which count "
+      "from 0 in each file or block of a .vtm; cells of an Exodus file count in their block")
+      ->type_name("WHAT");
+  add_choice(app, "--edges", kSwitch, options.edges, "Draw the edges of the mesh")
       ->type_name("SWITCH")
-      ->default_str("on")
-      ->transform(CLI::CheckedTransformer(kSwitch).description("{on,off}"));
+      ->default_str("on");
   app.add_option("--color-by", options.color_by,
                  "Colour by this point or cell array, from blue for its least value in all files to red for "
                  "its greatest; arrays of vectors by their length. Parts without it are grey")

@@ -76,8 +76,8 @@ std::string write_picture(vtkRenderWindow& window, const std::string& path)
     return "the picture could not be made";
   }
   const int error = write_file(path, *bytes);
-  if (error != 0) {
-    std::error_code ignored;
+  std::error_code ignored;
+  if (error != 0 && fs::is_regular_file(fs::symlink_status(path, ignored))) {
     fs::remove(path, ignored);
   }
   return error == 0 ? "" : std::strerror(error);

@@ -41,8 +41,8 @@ struct Header
 int size_of_type(const std::string& type)
 {
   static const std::map<std::string, int> kSizes = {
-      {"char", 1},  {"uchar", 1},  {"short", 2},   {"ushort", 2}, {"int", 4},     {"uint", 4},
-      {"float", 4}, {"double", 8}, {"int8", 1},    {"uint8", 1},  {"int16", 2},   {"uint16", 2},
+      {"char", 1},  {"uchar", 1},  {"short", 2},   {"ushort", 2}, {"int", 4},   {"uint", 4},
+      {"float", 4}, {"double", 8}, {"int8", 1},    {"uint8", 1},  {"int16", 2}, {"uint16", 2},
       {"int32", 4}, {"uint32", 4}, {"float32", 4}, {"float64", 8}};
   const auto found = kSizes.find(type);
   if (found == kSizes.end()) {
@@ -222,8 +222,7 @@ class Walk
 public:
   Walk(Values& values, const Header& header)
       : mValues(values), mVertices(static_cast<double>(find_element(header, "vertex").count))
-  {
-  }
+  {}
 
   void check(const Element& element)
   {

@@ -95,6 +95,6 @@ void Progress::draw(int percent)
 void Progress::wipe() const
 {
   if (!mTitle.empty()) {
-    write_text("\r\033[K");
+    write_text(Console::wipe_line());
   }
 }

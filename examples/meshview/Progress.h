@@ -27,6 +27,6 @@ private:
 
   vtkAlgorithm& mAlgorithm;
   unsigned long mTag;
-  std::string mTitle;    // empty: no bar
+  std::string mTitle; // empty: no bar
   int mShownPercent = -1;
 };

@@ -3,6 +3,7 @@
 #include "ReadGuard.h"
 
 #include "Console.h"
+#include "Options.h"
 
 #include <sys/mman.h>
 #include <sys/types.h>
@@ -77,7 +78,15 @@ std::optional<std::size_t> file_being_read(const ReadLog& log)
 bool was_asked_to_end(int status)
 {
   const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-  return signal == SIGINT || signal == SIGTERM || signal == SIGHUP;
+  return signal == SIGINT || signal == SIGTERM || signal == SIGHUP ||
+         (WIFEXITED(status) && WEXITSTATUS(status) == EXIT_INTERRUPTED);
+}
+
+/// Systems end by SIGKILL who takes too much memory.
+const char* crash_reason(int status)
+{
+  const bool is_killed = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+  return is_killed ? "the system ended its reader: too large, or damaged" : "damaged: its reader crashes";
 }
 
 /// A shell's way to report an end by a signal.
@@ -123,7 +132,7 @@ int run_guarded(const std::vector<std::string>& files, const std::function<int(R
     if (!file || was_asked_to_end(status)) {
       return exit_status(status);
     }
-    Console::complain(files[*file], "damaged: the reader crashes on it");
+    Console::complain(files[*file], crash_reason(status));
     log.set(*file, ReadLog::State::Failed);
   }
 }

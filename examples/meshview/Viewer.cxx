@@ -45,7 +45,8 @@ std::vector<std::string> label_names(const std::vector<MeshFile>& files)
 } // namespace
 
 Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
-    : mOptions(prepare_window(options)), mModel(options.edges, scale), mBlockLabels(mModel, label_names(files))
+    : mOptions(prepare_window(options)), mModel(options.edges, scale),
+      mBlockLabels(mModel, label_names(files))
 {
   mModelSet.add_model(&mModel);
   mView.set_model_set(&mModelSet);
@@ -76,7 +77,7 @@ void Viewer::add_light()
   light->SetLightTypeToCameraLight();
   light->SetPosition(-0.4, 1.0, 0.4);
   light->SetFocalPoint(0.0, 0.0, 0.0);
-  light->SetIntensity(0.5);
+  light->SetIntensity(0.45);
   mView.get_renderer()->AddLight(light);
 }
 
@@ -86,7 +87,8 @@ void Viewer::render_first_frame()
   for (const MeshBlock& block : mModel.blocks()) {
     surfaces.push_back(block.surface);
   }
-  look_from(mOptions.view, *mView.get_renderer()->GetActiveCamera(), surfaces, mOptions.width, mOptions.height);
+  look_from(mOptions.view, *mView.get_renderer()->GetActiveCamera(), surfaces, mOptions.width,
+            mOptions.height);
   mView.render();
   if (mOptions.labels == Labels::Blocks) {
     update_labels();

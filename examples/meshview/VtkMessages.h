@@ -10,8 +10,8 @@ class vtkOutputWindow;
 
 /// Collects what VTK reports while it lives, instead of letting it reach the terminal. Nests.
 ///
-/// Switches VTK's warning display on meanwhile: without it VTK's errors are not reported at all, and the first
-/// GModel of the process switches it off.
+/// Switches VTK's warning display on meanwhile: without it VTK's errors are not reported at all, and the
+/// first GModel of the process switches it off.
 class VtkMessages
 {
 public:
