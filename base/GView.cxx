@@ -225,7 +225,7 @@ void GView::leave_window()
   }
   mRenderWindow->MakeCurrent(); // the props let go of their graphics resources
   this->disable_overlay();
-  mRenderPass->ReleaseGraphicsResources(mRenderWindow);
+  mRenderPass->forget_window(mRenderWindow);
   mRenderer->SetRenderWindow(nullptr);
   mRenderWindow->RemoveRenderer(mRenderer);
   mRenderWindow->RemoveObserver(mStartRenderObserver);
@@ -451,6 +451,7 @@ void GView::render()
   }
   const vtkSmartPointer<vtkRenderWindow> window = mRenderWindow;
   const FlagScope rendering(*this, &GView::mIsRendering);
+  this->keep_exception(mRenderPass->take_exception()); // of a frame that somebody else has started
   this->update_parts_in_frame();
   if (!rendering.view_is_alive()) {
     return;

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "MRUtil.h"
-#include "OpenGLStateGuard.h"
 
 #include <vtkActor.h>
 #include <vtkDepthPeelingPass.h>
@@ -46,17 +45,12 @@ private:
 
 } // namespace
 
-GViewRenderPass::GViewRenderPass() = default;
-GViewRenderPass::~GViewRenderPass() = default;
-
-// Calls host code. False when it has thrown.
+// Calls host code.
 template<typename Draw>
-bool GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
+void GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
 {
-  bool is_done = false;
   try {
     draw();
-    is_done = true;
   } catch (...) {
     if (mException == nullptr) {
       mException = std::current_exception();
@@ -67,8 +61,34 @@ bool GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
   if (window != nullptr && !window->IsCurrent()) {
     window->MakeCurrent();
   }
-  return is_done;
 }
+
+/// Draws the translucent geometry of each prop for the peeling pass, which would not survive an exception
+/// from one.
+class GViewRenderPass::TranslucentStage : public vtkTranslucentPass
+{
+public:
+  static TranslucentStage* New() { return new TranslucentStage; }
+  vtkTypeMacro(TranslucentStage, vtkTranslucentPass)
+
+  GViewRenderPass* owner = nullptr;
+
+protected:
+  void RenderFilteredTranslucentPolygonalGeometry(const vtkRenderState* state) override
+  {
+    vtkRenderer& renderer = *state->GetRenderer();
+    vtkProp** props = state->GetPropArray();
+    for (int i = 0; i < state->GetPropArrayCount(); ++i) {
+      owner->guarded(renderer, [&] {
+        this->NumberOfRenderedProps +=
+            props[i]->RenderFilteredTranslucentPolygonalGeometry(&renderer, state->GetRequiredKeys());
+      });
+    }
+  }
+};
+
+GViewRenderPass::GViewRenderPass() = default;
+GViewRenderPass::~GViewRenderPass() = default;
 
 std::exception_ptr GViewRenderPass::take_exception()
 {
@@ -195,13 +215,9 @@ void GViewRenderPass::make_depth_peeling_pass(vtkOpenGLRenderer& renderer)
   } else {
     mDepthPeelingPass = vtkSmartPointer<vtkDepthPeelingPass>::New();
   }
-  mDepthPeelingPass->SetTranslucentPass(vtkSmartPointer<vtkTranslucentPass>::New());
-}
-
-void GViewRenderPass::drop_depth_peeling_pass(vtkWindow* window)
-{
-  mDepthPeelingPass->ReleaseGraphicsResources(window);
-  mDepthPeelingPass = nullptr;
+  const auto stage = vtkSmartPointer<TranslucentStage>::New();
+  stage->owner = this;
+  mDepthPeelingPass->SetTranslucentPass(stage);
 }
 
 void GViewRenderPass::draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer)
@@ -214,15 +230,8 @@ void GViewRenderPass::draw_translucent(const vtkRenderState& state, vtkOpenGLRen
   vtkRenderState peeling_state(&renderer);
   peeling_state.SetPropArrayAndCount(state.GetPropArray(), state.GetPropArrayCount());
   peeling_state.SetFrameBuffer(nullptr);
-
-  const vtkSmartPointer<vtkRenderWindow> window = renderer.GetRenderWindow();
-  morrow::OpenGLStateGuard gl_state(*window);
-  if (this->guarded(renderer, [&] { mDepthPeelingPass->Render(&peeling_state); })) {
-    this->NumberOfRenderedProps += mDepthPeelingPass->GetNumberOfRenderedProps();
-  } else {
-    gl_state.restore();
-    this->drop_depth_peeling_pass(window); // it was left in the middle of its work
-  }
+  mDepthPeelingPass->Render(&peeling_state);
+  this->NumberOfRenderedProps += mDepthPeelingPass->GetNumberOfRenderedProps();
 }
 
 void GViewRenderPass::draw_overlays(vtkRenderer& renderer)
@@ -238,6 +247,12 @@ void GViewRenderPass::ReleaseGraphicsResources(vtkWindow* w)
   if (mDepthPeelingPass != nullptr) {
     mDepthPeelingPass->ReleaseGraphicsResources(w);
   }
+}
+
+void GViewRenderPass::forget_window(vtkWindow* w)
+{
+  this->ReleaseGraphicsResources(w);
+  mDepthPeelingPass = nullptr;
 }
 
 void GViewRenderPass::PrintSelf(ostream& os, vtkIndent indent)

@@ -31,8 +31,8 @@ class vtkRenderer;
 /// the pass starts, nothing is drawn and nothing is cleared.
 ///
 /// An exception thrown by a prop does not leave the frame: the other props are drawn, and take_exception()
-/// hands it out afterwards. A prop may remove any prop from the renderer, which shows in the next frame. In
-/// the stages of opaque geometry and overlays it may render another window.
+/// hands it out afterwards. A prop may remove any prop from the renderer, which shows in the next frame, and
+/// may render another window.
 class MORROW_BASE_EXPORT GViewRenderPass : public vtkRenderPass
 {
 public:
@@ -53,6 +53,10 @@ public:
 
   void ReleaseGraphicsResources(vtkWindow* w) override;
 
+  /// Releases the graphics resources and lets go of the depth-peeling pass, which can draw in one window
+  /// only. To be called when the renderer leaves its window.
+  void forget_window(vtkWindow* w);
+
   /// The first exception that a prop has thrown since the last call; null when there was none.
   [[nodiscard]] std::exception_ptr take_exception();
 
@@ -66,6 +70,8 @@ protected:
 private:
   GViewRenderPass(const GViewRenderPass&) = delete;
   void operator=(const GViewRenderPass&) = delete;
+
+  class TranslucentStage;
 
   struct Item
   {
@@ -86,11 +92,10 @@ private:
   [[nodiscard]] bool has_translucent_props(vtkRenderer& renderer);
   void draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer);
   void make_depth_peeling_pass(vtkOpenGLRenderer& renderer);
-  void drop_depth_peeling_pass(vtkWindow* window);
   void draw_overlays(vtkRenderer& renderer);
 
   template<typename Draw>
-  bool guarded(vtkRenderer& renderer, Draw&& draw);
+  void guarded(vtkRenderer& renderer, Draw&& draw);
 
   bool mVertexVisibility = false;
   std::vector<Item> mItems; // one per prop of the frame, empty between frames

@@ -13,10 +13,10 @@ namespace {
 // VTK keeps the framebuffers that it will return to on a stack; no frame needs as many.
 constexpr int DeepestNesting = 16;
 
-int bound_framebuffer()
+int bound_framebuffer(GLenum target)
 {
   GLint framebuffer = 0;
-  glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &framebuffer);
+  glGetIntegerv(target, &framebuffer);
   return framebuffer;
 }
 
@@ -39,11 +39,12 @@ void set_state_between_props(vtkOpenGLState& state)
 } // namespace
 
 OpenGLStateGuard::OpenGLStateGuard(vtkRenderWindow& window)
-    : mWindow(vtkOpenGLRenderWindow::SafeDownCast(&window)), mFramebuffer(0)
+    : mWindow(vtkOpenGLRenderWindow::SafeDownCast(&window))
 {
   if (has_rendered(mWindow)) {
     mWindow->MakeCurrent();
-    mFramebuffer = bound_framebuffer();
+    mDrawFramebuffer = bound_framebuffer(GL_DRAW_FRAMEBUFFER_BINDING);
+    mReadFramebuffer = bound_framebuffer(GL_READ_FRAMEBUFFER_BINDING);
   }
 }
 
@@ -56,8 +57,14 @@ void OpenGLStateGuard::restore()
   }
   mWindow->MakeCurrent();
   vtkOpenGLState& state = *mWindow->GetState();
-  for (int i = 0; i < DeepestNesting && bound_framebuffer() != mFramebuffer; ++i) {
-    state.PopFramebufferBindings();
+  // The two have a stack each, and VTK does not always push on both.
+  for (int i = 0; i < DeepestNesting && bound_framebuffer(GL_DRAW_FRAMEBUFFER_BINDING) != mDrawFramebuffer;
+       ++i) {
+    state.PopDrawFramebufferBinding();
+  }
+  for (int i = 0; i < DeepestNesting && bound_framebuffer(GL_READ_FRAMEBUFFER_BINDING) != mReadFramebuffer;
+       ++i) {
+    state.PopReadFramebufferBinding();
   }
   set_state_between_props(state);
 }

@@ -9,8 +9,8 @@ class vtkRenderWindow;
 
 namespace morrow {
 
-/// Remembers which framebuffer a window draws into, so that drawing can go on after an exception has left VTK
-/// in the middle of something.
+/// Remembers which framebuffers a window draws into and reads from, so that drawing can go on after an
+/// exception has left VTK in the middle of something.
 class OpenGLStateGuard
 {
 public:
@@ -19,13 +19,14 @@ public:
   OpenGLStateGuard(const OpenGLStateGuard&) = delete;
   OpenGLStateGuard& operator=(const OpenGLStateGuard&) = delete;
 
-  /// Binds that framebuffer again, and sets blending, depth test and write masks as VTK has them between two
-  /// props. Does nothing for a window that has not rendered yet.
+  /// Binds those framebuffers again, and sets blending, depth test and write masks as VTK has them between
+  /// two props. Does nothing for a window that has not rendered yet.
   void restore();
 
 private:
   vtkSmartPointer<vtkOpenGLRenderWindow> mWindow; // null when it draws another way
-  int mFramebuffer;
+  int mDrawFramebuffer = 0;
+  int mReadFramebuffer = 0;
 };
 
 } // namespace morrow
