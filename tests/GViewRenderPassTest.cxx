@@ -1213,6 +1213,39 @@ INSTANTIATE_TEST_SUITE_P(Calls, GViewRenderPassNestedTest,
                          ::testing::Values("opaque", "asked", "translucent", "overlay"),
                          [](const auto& call) { return std::string(call.param); });
 
+// --- Props that remove others ----------------------------------------------------------------------------
+
+class GViewRenderPassRemovalTest : public GViewRenderPassTest,
+                                   public ::testing::WithParamInterface<const char*>
+{};
+
+TEST_P(GViewRenderPassRemovalTest, ARemovedPropIsDrawnToTheEndOfTheFrame)
+{
+  // The renderer holds the only references: what it lets go of must still be there for the rest of the frame.
+  const std::string where = GetParam();
+  const auto remover = add_actor("remover");
+  remover->is_translucent = where == "translucent";
+  add_prop("first");
+  add_actor("second");
+  add_actor("third", VTK_WIREFRAME);
+  remover->on_call = [&](const std::string& call) {
+    if (call == where) {
+      mScene.renderer()->RemoveAllViewProps();
+    }
+  };
+  frame();
+  for (const char* name : {"first", "second", "third"}) {
+    ASSERT_FALSE(calls_to(mLog, name).empty()) << name;
+    EXPECT_EQ(calls_to(mLog, name).front(), "opaque") << name;
+    EXPECT_EQ(calls_to(mLog, name).back(), "overlay") << name;
+  }
+  EXPECT_EQ(frame(), Log{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, GViewRenderPassRemovalTest,
+                         ::testing::Values("opaque", "asked", "translucent", "overlay"),
+                         [](const auto& call) { return std::string(call.param); });
+
 // --- Aborted frames --------------------------------------------------------------------------------------
 
 /// Aborts each frame of the window while it lives.
