@@ -47,12 +47,12 @@ public:
   /// Appends a label and returns its key, 0 or above.
   ///
   /// Keys are handed out densely from 0; a freed key is used again, the one freed first before the others.
-  /// @param point  world coordinates; a label at a point that is not finite is never drawn in a hiding render
-  /// mode
-  /// @param label  UTF-8, copied; null is an empty text
-  /// @param color  alpha is ignored
   /// The label keeps the look that the text property has now; a later change inside that property does not
   /// reach it, SetLabelTextProperty does. Takes constant time on average.
+  ///
+  /// @param point  world coordinates; one that is not finite is drawn only while there is no depth test
+  /// @param label  UTF-8, copied; null is an empty text
+  /// @param color  alpha is ignored
   long long add_point(const BrantVector& point, const char* label, BrantColor color);
 
   /// Removes the label of that key. A key that is negative, was never issued or is removed already does
@@ -126,6 +126,8 @@ class MORROW_BASE_EXPORT zBufferHelper : public vtkCommand
 {
 public:
   vtkTypeMacro(zBufferHelper, vtkCommand)
+  zBufferHelper(const zBufferHelper&) = delete;
+  void operator=(const zBufferHelper&) = delete;
 
   /// The one of this process.
   static zBufferHelper& instance();

@@ -3,7 +3,9 @@
 #include "GModel.h"
 
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 #include "BrantVector.h"
 #include "DeferredCollection.h"
@@ -227,12 +229,26 @@ void GModel::remove_view(GView* view)
   if (connected == mViews.end()) {
     return;
   }
+  const ConnectedView leaving = std::move(connected->second);
+  mViews.erase(connected);
   if (mHooked) {
-    view->remove_props(all_props(connected->second));
+    view->remove_props(all_props(leaving));
     view->remove_props({mLabelActor});
   }
-  const ConnectedView leaving = std::move(connected->second); // props go last, when the view is forgotten
-  mViews.erase(connected);
+}
+
+// Calls each connected view with the props of all its parts. Props are the host's, and may disconnect views
+// when they are let go.
+template<typename Call>
+void GModel::for_each_view(Call&& call)
+{
+  const std::shared_ptr<bool> alive = mIsAlive;
+  for (GView* view : this->connected_views()) {
+    const auto connected = *alive ? mViews.find(view) : mViews.end();
+    if (*alive && connected != mViews.end() && *connected->second.handle != nullptr) {
+      call(*view, all_props(connected->second));
+    }
+  }
 }
 
 GModel::PropVector GModel::all_props(const ConnectedView& view)
@@ -251,9 +267,7 @@ void GModel::unhook_from_views()
   }
   mHooked = false;
   this->hide_props();
-  for (const auto& [view, connected] : mViews) {
-    view->remove_props({mLabelActor});
-  }
+  this->for_each_view([this](GView& view, PropVector&&) { view.remove_props({mLabelActor}); });
 }
 
 void GModel::hook_to_views()
@@ -263,9 +277,7 @@ void GModel::hook_to_views()
   }
   mHooked = true;
   this->show_props();
-  for (const auto& [view, connected] : mViews) {
-    view->add_props({mLabelActor});
-  }
+  this->for_each_view([this](GView& view, PropVector&&) { view.add_props({mLabelActor}); });
 }
 
 void GModel::Render()
@@ -309,37 +321,43 @@ void GModel::remove_part(vtkDataObject* data)
     return;
   }
   const morrow::DeferredCollection bracket;
-  const PartPropFunction leaving = std::move(part->second); // what it holds goes last
+  const auto reference = vtkSmartPointer<vtkDataObject>::Take(data); // the model's own, given back at the end
+  const PartPropFunction leaving = std::move(part->second);
   mParts.erase(part);
-  this->drop_dead_views();
-  for (auto& [view, connected] : mViews) {
-    const auto shown = connected.props.find(data);
-    if (shown == connected.props.end()) {
-      continue;
-    }
-    const PropVector props = std::move(shown->second);
-    connected.props.erase(shown);
-    if (mHooked) {
-      view->remove_props(props);
+  const std::shared_ptr<bool> alive = mIsAlive;
+  for (GView* view : this->connected_views()) {
+    if (*alive) {
+      this->let_go(data, view);
     }
   }
-  data->UnRegister(nullptr);
+}
+
+void GModel::let_go(vtkDataObject* data, GView* view)
+{
+  this->drop_dead_views();
+  const auto connected = mViews.find(view);
+  if (connected == mViews.end()) {
+    return;
+  }
+  const auto shown = connected->second.props.find(data);
+  if (shown == connected->second.props.end()) {
+    return;
+  }
+  const PropVector props = std::move(shown->second);
+  connected->second.props.erase(shown);
+  if (mHooked) {
+    view->remove_props(props);
+  }
 }
 
 void GModel::hide_props()
 {
-  this->drop_dead_views();
-  for (const auto& [view, connected] : mViews) {
-    view->remove_props(all_props(connected));
-  }
+  this->for_each_view([](GView& view, PropVector&& props) { view.remove_props(props); });
 }
 
 void GModel::show_props()
 {
-  this->drop_dead_views();
-  for (const auto& [view, connected] : mViews) {
-    view->add_props(all_props(connected));
-  }
+  this->for_each_view([](GView& view, PropVector&& props) { view.add_props(props); });
 }
 
 void GModel::clear()

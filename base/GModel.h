@@ -67,7 +67,7 @@ public:
   /// A mode for prop functions to read. The model itself only lets all labels show through geometry in mode
   /// 0; a change shows in the next frame.
   virtual void set_render_mode(MRUtil::RenderMode mode);
-  virtual MRUtil::RenderMode get_render_mode();
+  [[nodiscard]] virtual MRUtil::RenderMode get_render_mode();
 
   /// Makes data a part: holds a reference on it, makes its props for each connected view, and shows them if
   /// the model is hooked. When data is a part already, its first function is kept.
@@ -130,7 +130,8 @@ public:
 
   /// Sets the font size of the labels added from now on, in every model, to 12 f pixels, truncated; the next
   /// first model starts with 1 again. A negative size becomes 0. Nothing happens while there is no model, or
-  /// when the size is not a number that fits an int.
+  /// when the size is not a number that fits an int. Text of some hundred pixels already takes hundreds of
+  /// megabytes.
   static void set_font_size_factor(double f);
 
   /// The font size in units of 12 pixels; 1 while there is no model.
@@ -158,6 +159,9 @@ private:
   bool make_and_show(vtkDataObject* data, GView* view);
   bool make_and_show_all(GView* view);
   static PropVector all_props(const ConnectedView& view);
+  template<typename Call>
+  void for_each_view(Call&& call);
+  void let_go(vtkDataObject* data, GView* view);
   void hide_props();
   void show_props();
   void remove_all_parts();

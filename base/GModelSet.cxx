@@ -3,6 +3,8 @@
 #include "GModelSet.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <exception>
 
 #include "GModel.h"
 #include "GView.h"
@@ -22,18 +24,21 @@ void erase(std::vector<T*>& list, const T* entry)
   list.erase(std::remove(list.begin(), list.end(), entry), list.end());
 }
 
+void update(GModel& model)
+{
+  if (model.is_hooked_to_views()) {
+    model.update_parts();
+  }
+}
+
 } // namespace
 
 GModelSet::GModelSet() : mIsAlive(std::make_shared<bool>(true)) {}
 
 GModelSet::~GModelSet()
 {
-  const std::vector<GView*> views = mViews;
-  for (GView* view : views) {
-    view->set_model_set(nullptr); // takes the view out of the list
-  }
   while (!mViews.empty()) {
-    this->remove_view(mViews.front());
+    this->remove_view(mViews.front()); // clears the view's link as well
   }
   while (!mModels.empty()) {
     this->remove_model(mModels.front());
@@ -51,8 +56,8 @@ bool GModelSet::has(const GModel* model) const
   return contains(mModels, model);
 }
 
-// The loops below run over copies and look again before each step: prop functions are the host's and may take
-// anything out of the set.
+// The loops below run over copies and look again before each step: prop functions and props are the host's
+// and may take anything out of the set.
 
 void GModelSet::add_view(GView* view)
 {
@@ -120,11 +125,17 @@ void GModelSet::remove_view(GView* view)
   if (view == nullptr || !this->has(view)) {
     return;
   }
-  for (GModel* model : mModels) {
-    model->remove_view(view);
+  const std::shared_ptr<bool> alive = mIsAlive;
+  const std::vector<GModel*> models = mModels;
+  for (GModel* model : models) {
+    if (*alive && this->has(view) && this->has(model)) {
+      model->remove_view(view);
+    }
   }
-  erase(mViews, view);
-  view->forget_model_set(this);
+  if (*alive && this->has(view)) {
+    erase(mViews, view);
+    view->forget_model_set(this);
+  }
 }
 
 void GModelSet::remove_model(GModel* model)
@@ -132,10 +143,16 @@ void GModelSet::remove_model(GModel* model)
   if (model == nullptr || !this->has(model)) {
     return;
   }
-  for (GView* view : mViews) {
-    model->remove_view(view);
+  const std::shared_ptr<bool> alive = mIsAlive;
+  const std::vector<GView*> views = mViews;
+  for (GView* view : views) {
+    if (*alive && this->has(view) && this->has(model)) {
+      model->remove_view(view);
+    }
   }
-  this->forget_model(model);
+  if (*alive && this->has(model)) {
+    this->forget_model(model);
+  }
 }
 
 void GModelSet::forget_model(GModel* model)
@@ -155,12 +172,21 @@ void GModelSet::render()
 
 void GModelSet::update_model_parts()
 {
-  const std::vector<GModel*> models = mModels;
   const std::shared_ptr<bool> alive = mIsAlive;
+  const std::vector<GModel*> models = mModels;
+  std::exception_ptr first;
   for (std::size_t i = 0; *alive && i < models.size(); ++i) {
     const bool in_place = i < mModels.size() && mModels[i] == models[i];
-    if ((in_place || this->has(models[i])) && models[i]->is_hooked_to_views()) {
-      models[i]->update_parts();
+    if (!in_place && !this->has(models[i])) {
+      continue;
     }
+    try {
+      update(*models[i]);
+    } catch (...) {
+      first = first != nullptr ? first : std::current_exception();
+    }
+  }
+  if (first != nullptr) {
+    std::rethrow_exception(first);
   }
 }

@@ -30,7 +30,7 @@ public:
   virtual ~GModelSet();
 
   /// Calls update_parts() of each model that is hooked to its views, in the order of their addition. Views
-  /// call it before they render.
+  /// call it before they render. An exception from one model is passed on when all have been called.
   virtual void update_model_parts();
 
   /// Adds the view at the end of the list and shows every model in it, in list order. A view that is in

@@ -19,6 +19,7 @@
 
 #include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
+#include <vtkCommand.h>
 #include <vtkCubeAxesActor2D.h>
 #include <vtkLight.h>
 #include <vtkLightCollection.h>
@@ -45,17 +46,32 @@ std::vector<std::shared_ptr<GView>> registered_views()
   return {GView::all_views().begin(), GView::all_views().end()};
 }
 
+// What the call throws; null when it throws nothing.
+template<typename Call>
+std::exception_ptr exception_of(Call&& call)
+{
+  try {
+    call();
+  } catch (...) {
+    return std::current_exception();
+  }
+  return nullptr;
+}
+
+void keep_first(std::exception_ptr& first, std::exception_ptr next)
+{
+  if (first == nullptr) {
+    first = std::move(next);
+  }
+}
+
 // Calls each view in turn; the first exception is passed on when all have been called.
 template<typename Views, typename Call>
 void call_each(const Views& views, Call&& call)
 {
   std::exception_ptr first;
   for (const auto& view : views) {
-    try {
-      call(view);
-    } catch (...) {
-      first = first != nullptr ? first : std::current_exception();
-    }
+    keep_first(first, exception_of([&] { call(view); }));
   }
   if (first != nullptr) {
     std::rethrow_exception(first);
@@ -76,6 +92,8 @@ class LeaveAtEndOfFrame : public vtkCommand
 public:
   static LeaveAtEndOfFrame* New() { return new LeaveAtEndOfFrame; }
   vtkTypeMacro(LeaveAtEndOfFrame, vtkCommand)
+  LeaveAtEndOfFrame(const LeaveAtEndOfFrame&) = delete;
+  void operator=(const LeaveAtEndOfFrame&) = delete;
 
   void Execute(vtkObject* caller, unsigned long /*event*/, void* /*call_data*/) override
   {
@@ -88,6 +106,9 @@ public:
   }
 
   std::vector<vtkSmartPointer<vtkRenderer>> renderers;
+
+private:
+  LeaveAtEndOfFrame() = default;
 };
 
 } // namespace
@@ -130,7 +151,7 @@ private:
 
 GView::GView()
     : mBackground(mGlobalBackgroundColor), mBackground2(mGlobalBackgroundColor2),
-      mHandle(std::make_shared<GView*>(this))
+      mHandle(std::make_shared<GView*>(this)), mException(std::make_shared<std::exception_ptr>())
 {
   morrow::warm_up_text();
   mStereoMode = false; // deliberate: each new view does this, existing windows keep their stereo state
@@ -139,7 +160,8 @@ GView::GView()
   this->set_render_window(vtkSmartPointer<vtkRenderWindow>::New());
   this->set_title_bar(nullptr); // deliberate: the view has no id yet
   mId = get_available_id(-1);
-  this->apply_backgrounds();
+  this->set_background(-1);
+  this->set_background2(-1);
   this->make_lights();
 }
 
@@ -209,8 +231,17 @@ std::shared_ptr<GView* const> GView::handle() const
 // ---------------------------------------------------------------------------------------------------------
 // Window and renderers
 
+// VTK walks the window's renderers.
+bool GView::is_drawing() const
+{
+  return mRenderWindow != nullptr && mRenderWindow->CheckInRenderStatus() != 0;
+}
+
 void GView::set_render_window(vtkRenderWindow* window)
 {
+  if (this->is_drawing()) {
+    return;
+  }
   const vtkSmartPointer<vtkRenderWindow> kept = window; // it may be the one to leave
   this->leave_window();
   if (window != nullptr) {
@@ -223,7 +254,6 @@ void GView::leave_window()
   if (mRenderWindow == nullptr) {
     return;
   }
-  mRenderWindow->MakeCurrent(); // the props let go of their graphics resources
   this->disable_overlay();
   mRenderPass->forget_window(mRenderWindow);
   mRenderer->SetRenderWindow(nullptr);
@@ -235,7 +265,7 @@ void GView::leave_window()
 // A window that is drawing still needs its renderers: they leave at the end of its frame.
 void GView::leave_window_for_good()
 {
-  if (mRenderWindow == nullptr || mRenderWindow->CheckInRenderStatus() == 0) {
+  if (!this->is_drawing()) {
     this->leave_window();
     return;
   }
@@ -283,15 +313,16 @@ vtkRenderer* GView::get_overlay_renderer() const
 
 void GView::enable_overlay()
 {
-  if (mRenderWindow != nullptr) {
+  if (mRenderWindow != nullptr && !this->is_drawing()) {
     mRenderWindow->AddRenderer(mOverlayRenderer);
   }
 }
 
 void GView::disable_overlay()
 {
-  mOverlayRenderer->SetRenderWindow(nullptr);
-  if (mRenderWindow != nullptr) {
+  if (mRenderWindow != nullptr && !this->is_drawing()) {
+    mRenderWindow->MakeCurrent(); // props let go of their graphics resources
+    mOverlayRenderer->SetRenderWindow(nullptr);
     mRenderWindow->RemoveRenderer(mOverlayRenderer);
   }
 }
@@ -445,22 +476,32 @@ void GView::remove_props(const Props& props)
 
 void GView::render()
 {
-  if (mRenderWindow == nullptr || mIsRendering || mRenderWindow->CheckInRenderStatus() != 0 ||
+  if (mRenderWindow == nullptr || mIsRendering || this->is_drawing() ||
       MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL) {
     return;
   }
-  const vtkSmartPointer<vtkRenderWindow> window = mRenderWindow;
   const FlagScope rendering(*this, &GView::mIsRendering);
-  this->keep_exception(mRenderPass->take_exception()); // of a frame that somebody else has started
-  this->update_parts_in_frame();
-  if (!rendering.view_is_alive()) {
-    return;
-  }
-  mRenderer->ResetCameraClippingRange();
-  morrow::render_guarded(*window);
+  // Both outlive a view that its own frame destroys.
+  const vtkSmartPointer<GViewRenderPass> pass = mRenderPass;
+  const std::shared_ptr<std::exception_ptr> first = mException;
+
+  keep_first(*first, pass->take_exception()); // of a frame that somebody else has started
+  keep_first(*first, exception_of([this] { this->update_models(); }));
   if (rendering.view_is_alive()) {
-    this->keep_exception(mRenderPass->take_exception());
-    this->throw_kept_exception();
+    const std::exception_ptr thrown = exception_of([this] { this->draw_frame(); });
+    keep_first(*first, pass->take_exception());
+    keep_first(*first, thrown);
+  }
+  if (*first != nullptr) {
+    std::rethrow_exception(std::exchange(*first, nullptr));
+  }
+}
+
+void GView::draw_frame()
+{
+  if (const vtkSmartPointer<vtkRenderWindow> window = mRenderWindow) {
+    mRenderer->ResetCameraClippingRange();
+    morrow::render_guarded(*window);
   }
 }
 
@@ -483,33 +524,6 @@ void GView::render_views(const std::vector<GView*>& views)
   });
 }
 
-// What a host's models throw must not unwind VTK's render: the window would never render again.
-void GView::update_parts_in_frame()
-{
-  const std::shared_ptr<GView*> handle = mHandle;
-  try {
-    this->update_models();
-  } catch (...) {
-    if (*handle != nullptr) {
-      this->keep_exception(std::current_exception());
-    }
-  }
-}
-
-void GView::keep_exception(std::exception_ptr exception)
-{
-  if (mException == nullptr) {
-    mException = std::move(exception);
-  }
-}
-
-void GView::throw_kept_exception()
-{
-  if (mException != nullptr) {
-    std::rethrow_exception(std::exchange(mException, nullptr));
-  }
-}
-
 void GView::StartRender(vtkObject* caller, unsigned long /*event*/, void* client_data, void* /*call_data*/)
 {
   auto* window = vtkRenderWindow::SafeDownCast(caller);
@@ -527,8 +541,10 @@ void GView::prepare_frame(vtkRenderWindow& window)
     window.SetAbortRender(1);
     return;
   }
+  // What a host's models throw must not unwind VTK's render: the window would never render again.
   const std::shared_ptr<GView*> handle = mHandle;
-  this->update_parts_in_frame();
+  const std::shared_ptr<std::exception_ptr> first = mException;
+  keep_first(*first, exception_of([this] { this->update_models(); }));
   if (*handle != nullptr && mCubeAxes != nullptr) {
     morrow::fit_cube_axes(*mCubeAxes, *mRenderer);
   }
@@ -563,26 +579,22 @@ void GView::set_vertex_visibility(bool on)
 // ---------------------------------------------------------------------------------------------------------
 // Backgrounds
 
-void GView::apply_backgrounds()
-{
-  double rgb[3];
-  look_up_color(mBackground, rgb);
-  mRenderer->SetBackground(rgb);
-  look_up_color(mBackground2, rgb);
-  mRenderer->SetBackground2(rgb);
-  mRenderer->SetGradientBackground(mBackground != mBackground2);
-}
-
 void GView::set_background(int id)
 {
   mBackground = id == -1 ? mGlobalBackgroundColor : id;
-  this->apply_backgrounds();
+  double rgb[3];
+  look_up_color(mBackground, rgb);
+  mRenderer->SetBackground(rgb);
+  mRenderer->SetGradientBackground(mBackground != mBackground2);
 }
 
 void GView::set_background2(int id)
 {
   mBackground2 = id == -1 ? mGlobalBackgroundColor2 : id;
-  this->apply_backgrounds();
+  double rgb[3];
+  look_up_color(mBackground2, rgb);
+  mRenderer->SetBackground2(rgb);
+  mRenderer->SetGradientBackground(mBackground != mBackground2);
 }
 
 void GView::set_all_background(int id)
@@ -660,7 +672,7 @@ bool GView::get_stereo_mode()
 
 void GView::switch_stereo(bool on)
 {
-  if (mRenderWindow == nullptr) {
+  if (mRenderWindow == nullptr || this->is_drawing()) {
     return;
   }
   if (on) {

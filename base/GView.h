@@ -49,7 +49,8 @@ class PropList;
 /// stop the frame; the first of them is thrown by render() at its end. One from a frame that the host or an
 /// interactor started at the window itself is thrown by the next render(). An exception from a host's
 /// observer of the window, or from a prop of a renderer that is not the view's, passes through VTK and ends
-/// the frame; the window can still render afterwards.
+/// the frame; the window can render again when render() had started it. When the host's own
+/// vtkRenderWindow::Render() had, the host must call ClearInRenderStatus() on the window.
 class MORROW_BASE_EXPORT GView
 {
 public:
@@ -73,7 +74,7 @@ public:
   /// preferred position and size, two layers, alpha bit planes, no multisampling, double buffering,
   /// off-screen rendering if set_offscreen() asked for it, stereo if it is on, and the main renderer. A
   /// window that is mapped already is finalised first and started again. Its interactor is made ready again.
-  /// The overlay is disabled. Not for use while the bound window draws.
+  /// The overlay is disabled. Nothing happens while the bound window draws.
   void set_render_window(vtkRenderWindow* window);
 
   /// The bound window or null. The view keeps its reference.
@@ -84,6 +85,7 @@ public:
   [[nodiscard]] vtkRenderer* get_overlay_renderer() const;
 
   /// Puts the overlay renderer on the window's layer 1, above the main one, or takes it away. Initially away.
+  /// Nothing happens while the window draws.
   void enable_overlay();
   void disable_overlay();
 
@@ -230,16 +232,14 @@ private:
   void make_renderers();
   void make_lights();
   void make_observers();
+  [[nodiscard]] bool is_drawing() const;
   void leave_window();
   void leave_window_for_good();
   void enter_window(vtkRenderWindow* window);
   void hold_overlay(bool hold);
   void fit_view_angle(vtkRenderWindow& window);
   void prepare_frame(vtkRenderWindow& window);
-  void update_parts_in_frame();
-  void keep_exception(std::exception_ptr exception);
-  void throw_kept_exception();
-  void apply_backgrounds();
+  void draw_frame();
   void switch_stereo(bool on);
   static vtkSmartPointer<vtkCallbackCommand>
   make_command(void (*callback)(vtkObject*, unsigned long, void*, void*), GView* view);
@@ -271,7 +271,7 @@ private:
 
   std::shared_ptr<GView*> mHandle;
   bool mIsOverlayHeld = false;
-  bool mIsRendering = false;     // inside render()
-  bool mIsUpdating = false;      // inside the models' update_parts()
-  std::exception_ptr mException; // the first one since render() has thrown
+  bool mIsRendering = false;                      // inside render()
+  bool mIsUpdating = false;                       // inside the models' update_parts()
+  std::shared_ptr<std::exception_ptr> mException; // the first one since render() has thrown
 };

@@ -70,10 +70,14 @@ class GViewRenderPass::TranslucentStage : public vtkTranslucentPass
 public:
   static TranslucentStage* New() { return new TranslucentStage; }
   vtkTypeMacro(TranslucentStage, vtkTranslucentPass)
+  TranslucentStage(const TranslucentStage&) = delete;
+  void operator=(const TranslucentStage&) = delete;
 
   GViewRenderPass* owner = nullptr;
 
 protected:
+  TranslucentStage() = default;
+
   void RenderFilteredTranslucentPolygonalGeometry(const vtkRenderState* state) override
   {
     vtkRenderer& renderer = *state->GetRenderer();
@@ -118,7 +122,11 @@ void GViewRenderPass::Render(const vtkRenderState* state)
 
 void GViewRenderPass::UpdateGeometry(const vtkRenderState* state)
 {
-  auto& renderer = *vtkOpenGLRenderer::SafeDownCast(state->GetRenderer());
+  auto* opengl_renderer = vtkOpenGLRenderer::SafeDownCast(state->GetRenderer());
+  if (opengl_renderer == nullptr) {
+    return;
+  }
+  vtkOpenGLRenderer& renderer = *opengl_renderer;
   this->NumberOfRenderedProps = 0;
   this->classify_props(*state);
   this->draw_surfaces(renderer);

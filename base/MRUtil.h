@@ -109,12 +109,14 @@ MORROW_BASE_EXPORT vtkInformationIntegerKey* VERTEX_VISIBILITY();
 // ---------------------------------------------------------------------------------------------------------
 // Messages. Every message of the library leaves through one replaceable print function.
 
-/// Receives every message.
+/// Receives every message. It may call any function of the library, these messages included; an exception
+/// that it throws passes on to whoever has sent the message.
+///
 /// @param text      the formatted message with its own line end; null when has_text is false. Valid during
-///                  the call only.
+/// the
+///                  call only.
 /// @param kind      0 information, 1 warning, 2 error
 /// @param has_text  false for the end-of-output signal
-/// It may call any function of the library, these messages included.
 using PrintFunction = void (*)(const char* text, int kind, bool has_text);
 
 /// Format with printf rules and hand the text to the print function, with kind 0, 1 or 2.

@@ -3,7 +3,7 @@
 #include "RenderGuard.h"
 
 #include "GLabelMapper.h"
-#include "OpenGLStateGuard.h"
+#include "OpenGLStateSnapshot.h"
 #include "VTKSeam.h"
 
 #include <vtkRenderWindow.h>
@@ -14,7 +14,7 @@ namespace morrow {
 void render_guarded(vtkRenderWindow& window)
 {
   const vtkSmartPointer<vtkRenderWindow> alive(&window);
-  OpenGLStateGuard state(window);
+  OpenGLStateSnapshot state(window);
   try {
     window.Render();
   } catch (...) {

@@ -29,6 +29,7 @@ const char* gl_string(GlString which)
 void clear_in_render_status(vtkRenderWindow& window)
 {
   window.ClearInRenderStatus();
+  window.SetInAbortCheck(0);
 }
 
 } // namespace morrow

@@ -38,7 +38,7 @@ draw() {
 if (($# > 0)); then
   if ! needs_no_window "$@" && ! display_is_reachable; then
     mkdir -p "$ROOT/out"
-    echo "-- no display for a window: the picture goes to $ROOT/out/meshview.png" >&2
+    echo "-- no display to open a window on: draws to $ROOT/out/meshview.png instead" >&2
     set -- "$@" --image "$ROOT/out/meshview.png"
   fi
   need_display
@@ -49,6 +49,7 @@ fi
 need_display
 mkdir -p "$ROOT/out"
 draw bracket-iso --view iso
-draw bracket-front --view -y
-draw bracket-top --view +z
+draw bracket-side --view=-y
+draw bracket-top --view=+z
 draw bracket-labels --view iso --labels blocks
+draw bracket-quality --view iso --color-by MeanRatio

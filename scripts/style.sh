@@ -18,7 +18,7 @@ files() { git ls-files --cached --others --exclude-standard -- "$@" | sort -u; }
 mapfile -t cxx_files < <(files '*.h' '*.cxx')
 mapfile -t tidy_files < <(files 'util/*.cxx' 'base/*.cxx' 'examples/*.cxx')
 mapfile -t shell_files < <(files '*.sh' .ci/run)
-mapfile -t licensed_files < <(files '*.h' '*.cxx' '*.sh' '*.awk' '*.cmake' '*.cmake.in' '*.pc.in' '*.py' '*.geo' \
+mapfile -t licensed_files < <(files '*.h' '*.cxx' '*.sh' '*.awk' '*.cmake' '*.cmake.in' '*.pc.in' '*.supp' '*.py' '*.geo' \
   '*CMakeLists.txt' .ci/run .clang-format .clang-tidy)
 
 formatted() { clang-format --dry-run -Werror "${cxx_files[@]}"; }
@@ -40,9 +40,14 @@ shell_lint() { shellcheck --external-sources "${shell_files[@]}"; }
 # The two lines stand first, but for a script's own first line.
 licensed() {
   local file status=0
+  local -a lines
   for file in "${licensed_files[@]}"; do
-    if ! sed -e '1{/^#!/d}' "$file" | head -n 2 | tr '\n' ' ' |
-      grep -q 'SPDX-FileCopyrightText: the libmorrow_base authors .*SPDX-License-Identifier: BSD-3-Clause'; then
+    mapfile -t -n 3 lines <"$file"
+    if [[ ${lines[0]:-} == '#!'* ]]; then
+      lines=("${lines[@]:1}")
+    fi
+    if [[ ${lines[0]:-} != *' SPDX-FileCopyrightText: the libmorrow_base authors' ||
+      ${lines[1]:-} != *' SPDX-License-Identifier: BSD-3-Clause' ]]; then
       echo "$file: does not begin with the two licence lines"
       status=1
     fi

@@ -135,6 +135,20 @@ bool is_watched(vtkRenderWindow* window)
   return window->HasObserver(vtkCommand::EndEvent, &zBufferHelper::instance()) != 0;
 }
 
+/// How many textures there are in the window's context.
+int num_textures(vtkRenderWindow* window)
+{
+  window->MakeCurrent();
+  GLuint end = 0; // names count upwards
+  glGenTextures(1, &end);
+  glDeleteTextures(1, &end);
+  int count = 0;
+  for (GLuint name = 1; name < end; ++name) {
+    count += glIsTexture(name) != GL_FALSE ? 1 : 0;
+  }
+  return count;
+}
+
 /// A mapper whose draws are written down and not made, without a model: all labels are drawn, and no display
 /// is needed.
 class GLabelMapperTest : public ::testing::Test
@@ -1324,6 +1338,9 @@ TEST_F(GLabelDrawingTest, TheWindowIsWatchedOnlyWhileItsFrameLasts)
   EXPECT_FALSE(watched_before);
   EXPECT_TRUE(watched_after);
   EXPECT_FALSE(is_watched(mScene.window()));
+  // Nor is anything else left behind, frame after frame.
+  EXPECT_FALSE(mScene.window()->HasObserver(vtkCommand::StartEvent));
+  EXPECT_FALSE(mScene.window()->HasObserver(vtkCommand::EndEvent));
 }
 
 TEST_F(GLabelDrawingTest, NothingIsKeptBetweenFrames)
@@ -1579,6 +1596,22 @@ TEST_F(GLabelDrawingTest, LabelsAreDrawnAgainAfterTheirResourcesWereReleased)
   EXPECT_TRUE(before == mScene.render());
 }
 
+TEST_F(GLabelDrawingTest, ReleasesTheTexturesOfItsLabels)
+{
+  frame(); // the window's own textures
+  const int before = num_textures(mScene.window());
+  add("###", -0.5, 0.0, 0.0);
+  add("HHH", -0.5, 0.5, 0.0);
+  frame();
+  EXPECT_EQ(num_textures(mScene.window()), before + 2);
+  mMapper->ReleaseGraphicsResources(mScene.window());
+  EXPECT_EQ(num_textures(mScene.window()), before);
+  frame();
+  EXPECT_EQ(num_textures(mScene.window()), before + 2);
+  mMapper->clear();
+  EXPECT_EQ(num_textures(mScene.window()), before);
+}
+
 TEST_F(GLabelDrawingTest, ResourcesOfLabelsThatWereNeverDrawnCanBeReleased)
 {
   add("outside", 5.0, 0.0, 0.0);
@@ -1798,20 +1831,6 @@ protected:
     return count_pixels(morrow_test::read_pixels(view.get_render_window()), is_red);
   }
 
-  /// How many textures there are in the view's context.
-  static int num_textures(GView& view)
-  {
-    view.get_render_window()->MakeCurrent();
-    GLuint end = 0; // names count upwards
-    glGenTextures(1, &end);
-    glDeleteTextures(1, &end);
-    int count = 0;
-    for (GLuint name = 1; name < end; ++name) {
-      count += glIsTexture(name) != GL_FALSE ? 1 : 0;
-    }
-    return count;
-  }
-
   GView mOther;
 };
 
@@ -1865,11 +1884,11 @@ TEST_P(GLabelSharedModelTest, FramesInTurnLeaveNoTexturesBehind)
     }
   };
   render_in_turn(2);
-  const int first = num_textures(mView);
-  const int second = num_textures(mOther);
+  const int first = num_textures(mView.get_render_window());
+  const int second = num_textures(mOther.get_render_window());
   render_in_turn(10);
-  EXPECT_EQ(num_textures(mView), first);
-  EXPECT_EQ(num_textures(mOther), second);
+  EXPECT_EQ(num_textures(mView.get_render_window()), first);
+  EXPECT_EQ(num_textures(mOther.get_render_window()), second);
 }
 
 TEST_P(GLabelSharedModelTest, LabelsAreDrawnInAViewAfterTheOtherWasRenderedInItsFrame)
@@ -1969,11 +1988,11 @@ TEST_F(GLabelTwoViewsTest, ALabelIsRemovedFromItsOwnViewWhicheverIsCurrent)
   mView.render();
   mOther.render();
   const Image before = morrow_test::read_pixels(mOther.get_render_window());
-  const int own = num_textures(mView);
-  const int others = num_textures(mOther); // whose context is current now
+  const int own = num_textures(mView.get_render_window());
+  const int others = num_textures(mOther.get_render_window()); // whose context is current now
   mModel.remove_label(key);
-  EXPECT_EQ(num_textures(mView), own - 1);
-  EXPECT_EQ(num_textures(mOther), others);
+  EXPECT_EQ(num_textures(mView.get_render_window()), own - 1);
+  EXPECT_EQ(num_textures(mOther.get_render_window()), others);
   mOther.render();
   EXPECT_TRUE(before == morrow_test::read_pixels(mOther.get_render_window()));
   mView.render();

@@ -127,6 +127,20 @@ TEST_F(NestedRenderTest, FromPropsThatAreBeingDrawnAreIgnored)
   EXPECT_EQ(stage.model.updates, 2);
 }
 
+TEST_F(NestedRenderTest, FromPropsThatAreBeingDrawnInAFrameOfTheWindowAreIgnored)
+{
+  ViewStage stage;
+  const auto prop = CallingProp::make();
+  stage.view->add_props({prop, flat_square()});
+  stage.view->get_renderer()->GetActiveCamera()->SetClippingRange(1.0, 20.0);
+  const FrameCounter frames(stage.window());
+  prop->on_opaque = prop->on_overlay = [&] { stage.view->render(); };
+  EXPECT_EQ(count_pixels(picture(stage.window()), colour_is(kRed)), 50 * 50);
+  EXPECT_EQ(frames.starts(), 1);
+  EXPECT_EQ(stage.model.updates, 1);
+  EXPECT_EQ(stage.view->get_renderer()->GetActiveCamera()->GetClippingRange()[1], 20.0);
+}
+
 TEST_F(NestedRenderTest, OfTwoViewsInEachOthersUpdatesEnd)
 {
   ViewStage a;

@@ -31,6 +31,7 @@
 #include <vtkRenderer.h>
 #include <vtkSmartPointer.h>
 #include <vtkTranslucentPass.h>
+#include <vtkWeakPointer.h>
 #include <vtk_glew.h>
 
 #include <climits>
@@ -1240,6 +1241,15 @@ TEST_P(GViewRenderPassRemovalTest, ARemovedPropIsDrawnToTheEndOfTheFrame)
     EXPECT_EQ(calls_to(mLog, name).back(), "overlay") << name;
   }
   EXPECT_EQ(frame(), Log{});
+}
+
+TEST_F(GViewRenderPassTest, HoldsNoPropBetweenFrames)
+{
+  vtkWeakPointer<vtkProp> prop = add_actor("a").Get();
+  frame();
+  EXPECT_NE(prop, nullptr);
+  mScene.renderer()->RemoveAllViewProps();
+  EXPECT_EQ(prop, nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(Calls, GViewRenderPassRemovalTest,

@@ -241,6 +241,21 @@ TEST_F(NewViewTest, LeavesTheStereoOfExistingWindowsAlone)
   EXPECT_NE(first.get_render_window()->GetStereoRender(), 0);
 }
 
+// Also one that is built in the memory of an earlier one, which VTK's renderers do not clean.
+TEST_F(NewViewTest, KnowsItsAspectRatioBeforeTheFirstFrame)
+{
+  GView::set_preferred_window_size(60, 120);
+  for (int i = 0; i < 20; ++i) {
+    const GView view;
+    for (vtkRenderer* renderer : {view.get_renderer(), view.get_overlay_renderer()}) {
+      renderer->SetRenderWindow(view.get_render_window());
+      renderer->ResetCamera(-1.0, 1.0, -1.0, 1.0, -1.0, 1.0);
+      EXPECT_EQ(renderer->GetAspect()[0], 0.5) << i;
+    }
+    view.get_overlay_renderer()->SetRenderWindow(nullptr);
+  }
+}
+
 TEST_F(NewViewTest, HasAViewportCommandForItself)
 {
   GView view;
@@ -895,6 +910,26 @@ TEST_F(ViewModelSetTest, TakesTheViewIn)
   EXPECT_EQ(set.views(), std::vector<GView*>{&view});
   view.set_model_set(&set);
   EXPECT_EQ(set.views(), std::vector<GView*>{&view});
+}
+
+TEST_F(ViewModelSetTest, TheSameOneAgainChangesNothing)
+{
+  GModelSet set;
+  ScriptedModel model;
+  set.add_model(&model);
+  const auto data = one_triangle();
+  int calls = 0;
+  model.add_part(data, [&](vtkDataObject*, GView*) -> Props {
+    ++calls;
+    return {flat_square()};
+  });
+  GView a;
+  GView b;
+  a.set_model_set(&set);
+  b.set_model_set(&set);
+  a.set_model_set(&set);
+  EXPECT_EQ(set.views(), (std::vector<GView*>{&a, &b}));
+  EXPECT_EQ(calls, 2);
 }
 
 TEST_F(ViewModelSetTest, ChangesFromOneToAnother)

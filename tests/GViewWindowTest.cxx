@@ -11,6 +11,8 @@
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
 
+#include <X11/Xlib.h>
+
 #include <tuple>
 
 namespace {
@@ -321,6 +323,25 @@ TEST_F(BoundWindowTest, OfTheHostMayHaveBeenRendered)
   EXPECT_TRUE(picture(*stage.view) == stage.expected);
 }
 
+// All who draw in the window are told.
+TEST_F(BoundWindowTest, OfTheHostIsFinalisedExactlyWhenItIsMapped)
+{
+  Scene scene(60, 60);
+  int releases = 0;
+  const auto prop = CallingProp::make();
+  scene.renderer()->AddViewProp(prop);
+  prop->on_release = [&] { ++releases; };
+  GView view;
+  view.set_render_window(scene.window());
+  EXPECT_EQ(releases, 0);
+  view.set_render_window(nullptr);
+  static_cast<void>(scene.render());
+  releases = 0;
+  view.set_render_window(scene.window());
+  EXPECT_GE(releases, 1);
+  prop->on_release = nullptr;
+}
+
 // Finalising takes the graphics resources of everything in the window: the host's props are drawn from
 // scratch.
 TEST_F(BoundWindowTest, OfTheHostKeepsTheHostsRenderer)
@@ -370,6 +391,24 @@ TEST_F(BoundWindowTest, ThatIsBoundTwiceUpdatesOncePerFrame)
   stage.view->set_render_window(stage.window());
   stage.window()->Render();
   EXPECT_EQ(stage.model.updates, 1);
+}
+
+// What the view lets go of belongs to its own window, whichever is the current one.
+TEST_F(BoundWindowTest, IsLeftWithoutHarmToTheOneOfAnotherView)
+{
+  for (const bool destroyed : {false, true}) {
+    FullViewStage leaving;
+    FullViewStage staying;
+    leaving.view->render();
+    const Image before = picture(*staying.view);
+    const WindowPointer window = leaving.window();
+    if (destroyed) {
+      leaving.view.reset();
+    } else {
+      leaving.view->set_render_window(nullptr);
+    }
+    EXPECT_TRUE(picture(*staying.view) == before) << destroyed;
+  }
 }
 
 TEST_F(BoundWindowTest, MayBeExchangedWithTheOneOfAnotherView)
@@ -460,6 +499,55 @@ TEST_F(InteractorTest, MayBeThereBeforeTheFirstFrame)
   EXPECT_EQ(count_pixels(picture(*view), colour_is(kRed)), 50 * 50);
   interactor->ProcessEvents();
   EXPECT_EQ(count_pixels(picture(*view), colour_is(kRed)), 50 * 50);
+}
+
+/// Presses the left button over the window, on the window's own connection.
+void press_button(vtkRenderWindow* window)
+{
+  auto* display = static_cast<Display*>(window->GetGenericDisplayId());
+  const auto id = reinterpret_cast<Window>(window->GetGenericWindowId());
+  XEvent event = {};
+  event.xbutton.type = ButtonPress;
+  event.xbutton.window = id;
+  event.xbutton.button = Button1;
+  XSendEvent(display, id, False, ButtonPressMask, &event);
+  XSync(display, False);
+}
+
+/// Whether the interactor hears of what happens in its window.
+bool hears(vtkRenderWindowInteractor* interactor)
+{
+  int presses = 0;
+  const EventHook hook(
+      interactor, vtkCommand::LeftButtonPressEvent, [&] { ++presses; }, 1.0F);
+  interactor->SetInteractorStyle(nullptr); // a style would follow the mouse until the button is let go
+  press_button(interactor->GetRenderWindow());
+  interactor->ProcessEvents();
+  return presses == 1;
+}
+
+TEST_F(InteractorTest, HearsOfAButtonInItsWindow)
+{
+  PicturedStage stage;
+  const auto interactor = interactor_of(stage.window());
+  EXPECT_TRUE(hears(interactor));
+}
+
+TEST_F(InteractorTest, HearsOfAButtonAfterAViewHasBoundItsWindow)
+{
+  PicturedStage stage;
+  const auto interactor = interactor_of(stage.window());
+  stage.view->set_render_window(stage.window());
+  EXPECT_TRUE(hears(interactor));
+}
+
+TEST_F(InteractorTest, HearsOfAButtonAfterStereoHasBeenSwitchedOn)
+{
+  PicturedStage stage;
+  GView::add_global_view(stage.view);
+  const auto interactor = interactor_of(stage.window());
+  GView::set_stereo_mode(true);
+  EXPECT_TRUE(hears(interactor));
 }
 
 TEST_F(InteractorTest, OfAMappedWindowStaysUsableWhenAViewBindsIt)

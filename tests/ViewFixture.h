@@ -237,6 +237,7 @@ public:
   Function on_translucent;
   Function on_overlay;
   Function on_bounds;
+  Function on_release; ///< of its graphics resources
   bool is_translucent = false;
 
   int RenderOpaqueGeometry(vtkViewport* /*viewport*/) override { return call(on_opaque); }
@@ -252,6 +253,7 @@ public:
     call(on_bounds);
     return nullptr;
   }
+  void ReleaseGraphicsResources(vtkWindow* /*window*/) override { call(on_release); }
 
 protected:
   CallingProp() = default;

@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <map>
 
@@ -67,13 +68,15 @@ void add_own_backgrounds(Options& options)
   options.top_background = BrantColorTable::add_color("sky", BrantColor(168, 184, 204));
 }
 
+/// A few lines of "ID NAME".
 std::string color_names()
 {
+  constexpr int kPerLine = 10;
   std::string names;
   for (int id = 0; id < number_of_colors(); ++id) {
     BrantString name;
     BrantColorTable::color_id_to_string(id, name);
-    names += (id == 0 ? "" : ", ") + std::to_string(id) + " " + name.str();
+    names += (id == 0 ? "" : id % kPerLine == 0 ? ",\n" : ", ") + std::to_string(id) + " " + name.str();
   }
   return names;
 }
@@ -81,21 +84,35 @@ std::string color_names()
 std::string footer()
 {
   return R"(
-Files: .vtu .vtp .vtk .vtm .stl .ply .obj .e .exo .ex2. Each element block becomes a part with a colour of
-its own: the blocks of a .vtm or of an Exodus file (undeformed, with the values of the last time step; no
-side or node sets), and the values of an integer or text cell array "BlockId", "MaterialId" or
-"CellEntityIds" of an unstructured grid, which the field array "BlockNames" may name in ascending order. Any
-other file is one part.
+Files: .vtu .vtp .vtk .vtm .stl .ply .obj .e .exo .ex2. Each element block
+becomes a part with a colour of its own: the blocks of a .vtm or of an Exodus
+file (undeformed, with the values of the last time step; no side or node sets),
+and the values of an integer or text cell array "BlockId", "MaterialId" or
+"CellEntityIds" of an unstructured grid, which the field array "BlockNames" may
+name in ascending order. Any other file is one part.
 
-Standard output lists files and blocks with their points, cells and cell types.
+Standard output lists files and blocks with their points, cells and cell types,
+and the arrays that there are to colour by.
 
-In the window: left button rotates, middle pans, right or wheel zooms, r frames, q quits.
+Ids of labels count from 0 in each file or block of a .vtm; those of cells of an
+Exodus file in each block.
 
-Colour ids: )" +
-         color_names() + R"(.
+Colours by an array go from blue for its least value in all files to red for its
+greatest. Vectors have the colour of their length, parts without the array are
+grey.
 
-Exit status: 0 all files shown; 1 some files failed, the rest is shown; 2 nothing shown, or a faulty command
-line; 130 interrupted by Ctrl-C.)";
+In the window: the left button rotates, the middle one pans, the right one and
+the wheel zoom, r frames, q quits. Ctrl-C stops reading.
+
+Colour ids of the background, bottom and top:
+)" + color_names() +
+         R"(
+
+Exit status:
+  0    all files are shown
+  1    some files could not be read, the rest is shown
+  2    nothing is shown, or the command line is faulty
+  130  interrupted by Ctrl-C)";
 }
 
 void describe_picture(CLI::App& app, Options& options)
@@ -109,7 +126,7 @@ void describe_picture(CLI::App& app, Options& options)
       ->default_str(std::to_string(options.width) + "x" + std::to_string(options.height));
   app.add_option_function<std::string>(
          "--background", [&options](const std::string& text) { parse_background(text, options); },
-         "Colour ids (see below) of the background's bottom and top; one id is plain")
+         "Background of these colours (see below); a single one is plain")
       ->type_name("ID[,ID]")
       ->default_str(std::to_string(options.bottom_background) + "," + std::to_string(options.top_background));
   app.add_option("--view", options.view, "The side from which the mesh is seen")
@@ -124,10 +141,9 @@ CLI::Option* add_choice(CLI::App& app, const std::string& name, const std::map<s
                         Value& chosen, const std::string& description)
 {
   const auto choose = [&choices, &chosen](const std::string& word) { chosen = choices.at(word); };
-  std::vector<std::string> words;
-  for (const auto& choice : choices) {
-    words.push_back(choice.first);
-  }
+  std::vector<std::string> words(choices.size());
+  std::transform(choices.begin(), choices.end(), words.begin(),
+                 [](const auto& choice) { return choice.first; });
   return app.add_option_function<std::string>(name, choose, description)->check(CLI::IsMember(words));
 }
 
@@ -136,17 +152,13 @@ void describe_mesh(CLI::App& app, Options& options)
   static const std::map<std::string, Labels> kLabels = {
       {"blocks", Labels::Blocks}, {"points", Labels::Points}, {"cells", Labels::Cells}};
   static const std::map<std::string, bool> kSwitch = {{"on", true}, {"off", false}};
-  add_choice(
-      app, "--labels", kLabels, options.labels,
-      "Label blocks with their names, or the points or cells on the surface with their ids, which count "
-      "from 0 in each file or block of a .vtm; cells of an Exodus file count in their block")
+  add_choice(app, "--labels", kLabels, options.labels,
+             "Label blocks with their names, or points or cells with their ids")
       ->type_name("WHAT");
   add_choice(app, "--edges", kSwitch, options.edges, "Draw the edges of the mesh")
       ->type_name("SWITCH")
       ->default_str("on");
-  app.add_option("--color-by", options.color_by,
-                 "Colour by this point or cell array, from blue for its least value in all files to red for "
-                 "its greatest; arrays of vectors by their length. Parts without it are grey")
+  app.add_option("--color-by", options.color_by, "Colour by the values of this point or cell array")
       ->type_name("ARRAY");
 }
 
@@ -161,8 +173,9 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
   app.add_option("FILE", options.files, "Mesh files; several are shown together")->required();
   describe_picture(app, options);
   describe_mesh(app, options);
-  app.add_flag("!--no-guard", options.guard,
-               "For debuggers: read in this process, where a reader that crashes on a damaged file ends it");
+  app.add_flag_callback(
+      "--no-guard", [&options] { options.guard = false; },
+      "Read in this process, which a damaged file may crash (for debuggers)");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -89,10 +89,19 @@ const char* crash_reason(int status)
   return is_killed ? "the system ended its reader: too large, or damaged" : "damaged: its reader crashes";
 }
 
-/// A shell's way to report an end by a signal.
+/// The exit status for a child that has ended by itself or because it was asked to; a shell's way to report
+/// an end by a signal.
 int exit_status(int status)
 {
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+/// For a child that has died with no file to blame.
+int report_death(int signal)
+{
+  Console::complain("ended by signal " + std::to_string(signal) +
+                    " while drawing; the display needs OpenGL 3.2");
+  return EXIT_NOTHING_SHOWN;
 }
 
 } // namespace
@@ -129,8 +138,11 @@ int run_guarded(const std::vector<std::string>& files, const std::function<int(R
     const int status = wait_for(child);
     gChild = 0;
     const auto file = file_being_read(log);
-    if (!file || was_asked_to_end(status)) {
+    if (was_asked_to_end(status) || (!file && WIFEXITED(status))) {
       return exit_status(status);
+    }
+    if (!file) {
+      return report_death(WTERMSIG(status));
     }
     Console::complain(files[*file], crash_reason(status));
     log.set(*file, ReadLog::State::Failed);

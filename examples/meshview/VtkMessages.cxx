@@ -70,7 +70,7 @@ private:
   }
 };
 
-vtkStandardNewMacro(VtkMessages::Window);
+vtkStandardNewMacro(VtkMessages::Window)
 
 VtkMessages::VtkMessages()
     : mWindow(vtkSmartPointer<Window>::New()), mOuter(vtkOutputWindow::GetInstance()),

@@ -11,13 +11,10 @@ namespace morrow {
 
 /// Remembers which framebuffers a window draws into and reads from, so that drawing can go on after an
 /// exception has left VTK in the middle of something.
-class OpenGLStateGuard
+class OpenGLStateSnapshot
 {
 public:
-  explicit OpenGLStateGuard(vtkRenderWindow& window);
-  ~OpenGLStateGuard();
-  OpenGLStateGuard(const OpenGLStateGuard&) = delete;
-  OpenGLStateGuard& operator=(const OpenGLStateGuard&) = delete;
+  explicit OpenGLStateSnapshot(vtkRenderWindow& window);
 
   /// Binds those framebuffers again, and sets blending, depth test and write masks as VTK has them between
   /// two props. Does nothing for a window that has not rendered yet.

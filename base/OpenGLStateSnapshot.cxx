@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
-#include "OpenGLStateGuard.h"
+#include "OpenGLStateSnapshot.h"
 
 #include <vtkOpenGLRenderWindow.h>
 #include <vtkOpenGLState.h>
@@ -20,9 +20,14 @@ int bound_framebuffer(GLenum target)
   return framebuffer;
 }
 
-bool has_rendered(vtkOpenGLRenderWindow* window)
+// False for a window without a context, be it that it never had one or that it was finalised.
+bool make_current(vtkOpenGLRenderWindow* window)
 {
-  return window != nullptr && window->GetNeverRendered() == 0;
+  if (window == nullptr || window->GetNeverRendered() != 0) {
+    return false;
+  }
+  window->MakeCurrent();
+  return window->IsCurrent();
 }
 
 void set_state_between_props(vtkOpenGLState& state)
@@ -38,24 +43,20 @@ void set_state_between_props(vtkOpenGLState& state)
 
 } // namespace
 
-OpenGLStateGuard::OpenGLStateGuard(vtkRenderWindow& window)
+OpenGLStateSnapshot::OpenGLStateSnapshot(vtkRenderWindow& window)
     : mWindow(vtkOpenGLRenderWindow::SafeDownCast(&window))
 {
-  if (has_rendered(mWindow)) {
-    mWindow->MakeCurrent();
+  if (make_current(mWindow)) {
     mDrawFramebuffer = bound_framebuffer(GL_DRAW_FRAMEBUFFER_BINDING);
     mReadFramebuffer = bound_framebuffer(GL_READ_FRAMEBUFFER_BINDING);
   }
 }
 
-OpenGLStateGuard::~OpenGLStateGuard() = default;
-
-void OpenGLStateGuard::restore()
+void OpenGLStateSnapshot::restore()
 {
-  if (!has_rendered(mWindow)) {
+  if (!make_current(mWindow)) {
     return;
   }
-  mWindow->MakeCurrent();
   vtkOpenGLState& state = *mWindow->GetState();
   // The two have a stack each, and VTK does not always push on both.
   for (int i = 0; i < DeepestNesting && bound_framebuffer(GL_DRAW_FRAMEBUFFER_BINDING) != mDrawFramebuffer;
