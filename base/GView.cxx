@@ -15,6 +15,7 @@
 #include "RenderGuard.h"
 #include "TextWarmUp.h"
 #include "TitleTemplate.h"
+#include "VTKSeam.h"
 #include "WindowRestart.h"
 
 #include <vtkCallbackCommand.h>
@@ -231,10 +232,10 @@ std::shared_ptr<GView* const> GView::handle() const
 // ---------------------------------------------------------------------------------------------------------
 // Window and renderers
 
-// VTK walks the window's renderers.
+// VTK walks the window's renderers; it does not yet while the frame is being prepared.
 bool GView::is_drawing() const
 {
-  return mRenderWindow != nullptr && mRenderWindow->CheckInRenderStatus() != 0;
+  return mRenderWindow != nullptr && mRenderWindow->CheckInRenderStatus() != 0 && !mIsPreparing;
 }
 
 void GView::set_render_window(vtkRenderWindow* window)
@@ -290,6 +291,9 @@ void GView::enter_window(vtkRenderWindow* window)
     window->OffScreenRenderingOn();
   }
   window->SetNumberOfLayers(NumLayers);
+  morrow::compute_aspect_afresh(*mOverlayRenderer, *window);
+  mOverlayRenderer->SetRenderWindow(nullptr);
+  morrow::compute_aspect_afresh(*mRenderer, *window);
   window->AddRenderer(mRenderer);
   window->AlphaBitPlanesOn();
   window->SetMultiSamples(0);
@@ -476,7 +480,7 @@ void GView::remove_props(const Props& props)
 
 void GView::render()
 {
-  if (mRenderWindow == nullptr || mIsRendering || this->is_drawing() ||
+  if (mRenderWindow == nullptr || mIsRendering || mIsPreparing || this->is_drawing() ||
       MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL) {
     return;
   }
@@ -542,10 +546,10 @@ void GView::prepare_frame(vtkRenderWindow& window)
     return;
   }
   // What a host's models throw must not unwind VTK's render: the window would never render again.
-  const std::shared_ptr<GView*> handle = mHandle;
+  const FlagScope preparing(*this, &GView::mIsPreparing);
   const std::shared_ptr<std::exception_ptr> first = mException;
   keep_first(*first, exception_of([this] { this->update_models(); }));
-  if (*handle != nullptr && mCubeAxes != nullptr) {
+  if (preparing.view_is_alive() && mCubeAxes != nullptr) {
     morrow::fit_cube_axes(*mCubeAxes, *mRenderer);
   }
 }

@@ -271,6 +271,7 @@ private:
 
   std::shared_ptr<GView*> mHandle;
   bool mIsOverlayHeld = false;
+  bool mIsPreparing = false;                      // at the start of a frame, before VTK draws
   bool mIsRendering = false;                      // inside render()
   bool mIsUpdating = false;                       // inside the models' update_parts()
   std::shared_ptr<std::exception_ptr> mException; // the first one since render() has thrown

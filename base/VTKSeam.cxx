@@ -6,6 +6,7 @@
 
 #include <vtkObject.h>
 #include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
 #include <vtk_glew.h>
 
 namespace morrow {
@@ -24,6 +25,17 @@ const char* gl_string(GlString which)
 {
   constexpr GLenum names[] = {GL_VENDOR, GL_RENDERER, GL_VERSION};
   return reinterpret_cast<const char*>(glGetString(names[static_cast<int>(which)]));
+}
+
+void compute_aspect_afresh(vtkRenderer& renderer, vtkRenderWindow& window)
+{
+  double viewport[4];
+  renderer.GetViewport(viewport);
+  renderer.SetRenderWindow(&window);
+  renderer.SetViewport(0.0, 0.0, 0.25, 0.5); // any other one
+  renderer.ComputeAspect();
+  renderer.SetViewport(viewport);
+  renderer.ComputeAspect();
 }
 
 void clear_in_render_status(vtkRenderWindow& window)

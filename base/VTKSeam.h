@@ -5,6 +5,7 @@
 #include <string>
 
 class vtkObject;
+class vtkRenderer;
 class vtkRenderWindow;
 
 /// Everything whose spelling depends on the VTK version. Moving to another VTK is a change to this header and
@@ -25,6 +26,11 @@ enum class GlString
 
 /// glGetString for the current context; null without one.
 const char* gl_string(GlString which);
+
+/// Gives the renderer the window and the aspect ratio that it has there. VTK computes it only when the
+/// window's size or the viewport differ from the last time, and a new renderer has no last time: it compares
+/// with what its memory held before.
+void compute_aspect_afresh(vtkRenderer& renderer, vtkRenderWindow& window);
 
 /// Lets a window render again after an exception has left its Render: VTK keeps a flag that would make it
 /// ignore every later request.

@@ -695,14 +695,15 @@ TEST_F(GModelSetTest, UpdateMayChangeTheViews)
   EXPECT_EQ(shown(*third).size(), 4U);
 }
 
-TEST_F(GModelSetTest, ExceptionOfAnUpdatePassesOn)
+TEST_F(GModelSetTest, ExceptionOfAnUpdatePassesOnWhenAllModelsAreUpdated)
 {
   fill();
   mOne.on_update = [] { throw HostError("host"); };
   EXPECT_THROW(mSet.update_model_parts(), HostError);
+  EXPECT_EQ(mOther.updates, 1);
   mOne.on_update = nullptr;
   mSet.update_model_parts();
-  EXPECT_EQ(mOther.updates, 1);
+  EXPECT_EQ(mOther.updates, 2);
 }
 
 class CountingSet : public GModelSet
