@@ -68,7 +68,12 @@ void GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
 class GViewRenderPass::TranslucentStage : public vtkTranslucentPass
 {
 public:
-  static TranslucentStage* New() { return new TranslucentStage; }
+  static TranslucentStage* New()
+  {
+    auto* stage = new TranslucentStage;
+    stage->InitializeObjectBase();
+    return stage;
+  }
   vtkTypeMacro(TranslucentStage, vtkTranslucentPass)
   TranslucentStage(const TranslucentStage&) = delete;
   void operator=(const TranslucentStage&) = delete;
@@ -109,7 +114,7 @@ void GViewRenderPass::Render(const vtkRenderState* state)
   vtkRenderer* renderer = state->GetRenderer();
   vtkRenderWindow* window = renderer->GetRenderWindow();
   // Setting up the camera clears the frame: an aborted render leaves the picture of the last one.
-  if (window->GetAbortRender() != 0) {
+  if (window == nullptr || window->GetAbortRender() != 0) {
     return;
   }
   window->MakeCurrent();

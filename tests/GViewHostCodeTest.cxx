@@ -168,6 +168,102 @@ TEST_F(NestedRenderTest, OfAnotherViewFromAPropLeaveThisOnesPictureAlone)
   EXPECT_EQ(count_pixels(read_pixels(b->get_render_window()), colour_is(kGreen)), 20 * 20);
 }
 
+// --- Changes while the window draws
+// ----------------------------------------------------------------------------------------------
+
+using ChangesWhileDrawingTest = ViewRenderTest;
+
+/// Has a prop of the view call a function in each stage of a frame of the view and of one of the window; the
+/// pictures must be those of a frame without it.
+void expect_undisturbed(FullViewStage& stage, const std::function<void()>& function)
+{
+  const auto prop = CallingProp::make();
+  prop->is_translucent = true;
+  show(*stage.view, prop);
+  const Image before = picture(*stage.view);
+  int calls = 0;
+  prop->on_opaque = prop->on_translucent = prop->on_overlay = [&] {
+    ++calls;
+    function();
+  };
+  EXPECT_TRUE(picture(*stage.view) == before);
+  EXPECT_TRUE(picture(stage.window()) == before);
+  EXPECT_GE(calls, 6);
+  prop->on_opaque = prop->on_translucent = prop->on_overlay = nullptr;
+  EXPECT_TRUE(picture(*stage.view) == before);
+}
+
+TEST_F(ChangesWhileDrawingTest, TheWindowIsNotLeft)
+{
+  FullViewStage stage;
+  const vtkSmartPointer<vtkRenderWindow> window = stage.window();
+  const auto other = make_window();
+  expect_undisturbed(stage, [&] {
+    stage.view->set_render_window(nullptr);
+    stage.view->set_render_window(other);
+    stage.view->set_render_window(window);
+  });
+  EXPECT_EQ(stage.window(), window);
+}
+
+TEST_F(ChangesWhileDrawingTest, TheOverlayIsNeitherEnabledNorDisabled)
+{
+  for (const bool enabled : {false, true}) {
+    FullViewStage stage;
+    stage.view->get_overlay_renderer()->AddActor(flat_actor(quad(-0.1, -0.1, 0.1, 0.1), kWhite));
+    if (enabled) {
+      stage.view->enable_overlay();
+    }
+    expect_undisturbed(stage, [&] {
+      stage.view->enable_overlay();
+      stage.view->disable_overlay();
+      stage.view->enable_overlay();
+    });
+  }
+}
+
+// What that frame shows is left open; the next ones are sound.
+TEST_F(ChangesWhileDrawingTest, AnotherViewMayBindTheWindowAndLeaveIt)
+{
+  FullViewStage stage;
+  GView::set_preferred_window_size(100, 100);
+  const auto other = make_view();
+  const vtkSmartPointer<vtkRenderWindow> own = other->get_render_window();
+  show(*other, flat_square(kWhite));
+  const auto prop = CallingProp::make();
+  show(*stage.view, prop);
+  const Image before = picture(*stage.view);
+  prop->on_opaque = [&] { other->set_render_window(stage.window()); };
+  stage.view->render();
+  prop->on_opaque = nullptr;
+  other->set_render_window(own);
+  EXPECT_TRUE(picture(*stage.view) == before);
+  EXPECT_EQ(count_pixels(picture(*other), colour_is(kWhite)), 50 * 50);
+}
+
+TEST_F(ChangesWhileDrawingTest, StereoIsNotSwitchedUnderTheFrame)
+{
+  FullViewStage stage;
+  GView::add_global_view(stage.view);
+  expect_undisturbed(stage, [&] {
+    GView::set_stereo_mode(true);
+    GView::set_stereo_mode(false);
+  });
+}
+
+TEST_F(ChangesWhileDrawingTest, StereoMayBeSwitchedInAnUpdate)
+{
+  FullViewStage stage;
+  GView::add_global_view(stage.view);
+  const Image before = picture(*stage.view);
+  stage.model.on_update = [] { GView::set_stereo_mode(true); };
+  stage.view->render();
+  stage.window()->Render();
+  EXPECT_NE(stage.window()->GetStereoRender(), 0);
+  stage.model.on_update = [] { GView::set_stereo_mode(false); };
+  EXPECT_TRUE(picture(stage.window()) == before);
+}
+
 // --- Exceptions
 // ---------------------------------------------------------------------------------------------------
 
@@ -445,6 +541,19 @@ TEST_F(ForeignPropTest, ThatThrowsInARendererOfTheHostReachesTheCaller)
   prop->on_opaque = [] { throw HostError("host"); };
   EXPECT_EQ(thrown_through_vtk_by([&] { stage.view->render(); }), "host");
   prop->on_opaque = nullptr;
+  health.expect_healthy();
+}
+
+// In a frame that the host has started at the window the host catches the exception itself, and says so.
+TEST_F(ForeignPropTest, MayThrowInAFrameOfTheWindowThatTheHostCleans)
+{
+  FullViewStage stage;
+  const HealthCheck health(*stage.view);
+  {
+    const EventHook hook(stage.window(), vtkCommand::StartEvent, [] { throw HostError("host"); });
+    EXPECT_EQ(thrown_through_vtk_by([&] { stage.window()->Render(); }), "host");
+  }
+  stage.window()->ClearInRenderStatus();
   health.expect_healthy();
 }
 

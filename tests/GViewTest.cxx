@@ -1138,6 +1138,22 @@ TEST_F(ViewStatusTest, AnExposeKeepsThePictureWithTranslucentGeometryInTheOverla
   expect_an_expose_keeps_the_picture(stage);
 }
 
+TEST_F(ViewStatusTest, AnExposeKeepsTheHostsChoiceWhetherTheOverlayIsDrawn)
+{
+  for (const int draw : {0, 1}) {
+    const auto view = make_view();
+    view->enable_overlay();
+    view->get_overlay_renderer()->SetDraw(draw);
+    view->render();
+    MRUtil::set_graphics_status(MRUtil::GRAPHICS_SUSPENDED);
+    view->get_render_window()->Render();
+    view->get_render_window()->Render();
+    MRUtil::set_graphics_status(MRUtil::GRAPHICS_RESUME);
+    view->render();
+    EXPECT_EQ(view->get_overlay_renderer()->GetDraw(), draw);
+  }
+}
+
 TEST_F(ViewStatusTest, AnExposeKeepsThePictureOfTwoViewsInOneWindow)
 {
   FullViewStage stage;

@@ -541,6 +541,16 @@ TEST_F(InteractorTest, HearsOfAButtonAfterAViewHasBoundItsWindow)
   EXPECT_TRUE(hears(interactor));
 }
 
+TEST_F(InteractorTest, StaysDisabledWhenAViewBindsItsWindow)
+{
+  PicturedStage stage;
+  const auto interactor = interactor_of(stage.window());
+  interactor->Disable();
+  stage.view->set_render_window(stage.window());
+  EXPECT_EQ(interactor->GetEnabled(), 0);
+  EXPECT_FALSE(hears(interactor));
+}
+
 TEST_F(InteractorTest, HearsOfAButtonAfterStereoHasBeenSwitchedOn)
 {
   PicturedStage stage;
