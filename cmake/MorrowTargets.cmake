@@ -50,6 +50,13 @@ function(morrow_configure_target target)
   if(MORROW_SANITIZE)
     target_compile_options(${target} PRIVATE ${MORROW_SANITIZER_OPTIONS})
     target_link_options(${target} PRIVATE ${MORROW_SANITIZER_OPTIONS})
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL EXECUTABLE)
+      target_sources(${target} PRIVATE ${morrow_base_SOURCE_DIR}/cmake/SanitizerDefaults.cxx)
+      set_property(
+        SOURCE ${morrow_base_SOURCE_DIR}/cmake/SanitizerDefaults.cxx
+        PROPERTY COMPILE_DEFINITIONS MORROW_SUPPRESSIONS="${morrow_base_SOURCE_DIR}/cmake/sanitizer.supp")
+    endif()
   else()
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
   endif()
@@ -72,12 +79,3 @@ function(morrow_configure_program target)
     set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
   endif()
 endfunction()
-
-# What a test's environment says to the sanitizers.
-set(MORROW_TEST_ENVIRONMENT)
-if(MORROW_SANITIZE)
-  set(MORROW_TEST_ENVIRONMENT
-      ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1
-      LSAN_OPTIONS=suppressions=${morrow_base_SOURCE_DIR}/cmake/sanitizer.supp:print_suppressions=0
-      UBSAN_OPTIONS=print_stacktrace=1)
-endif()
