@@ -53,9 +53,8 @@ function(morrow_configure_target target)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL EXECUTABLE)
       target_sources(${target} PRIVATE ${morrow_base_SOURCE_DIR}/cmake/SanitizerDefaults.cxx)
-      set_property(
-        SOURCE ${morrow_base_SOURCE_DIR}/cmake/SanitizerDefaults.cxx
-        PROPERTY COMPILE_DEFINITIONS MORROW_SUPPRESSIONS="${morrow_base_SOURCE_DIR}/cmake/sanitizer.supp")
+      target_compile_definitions(
+        ${target} PRIVATE MORROW_SUPPRESSIONS="${morrow_base_SOURCE_DIR}/cmake/sanitizer.supp")
     endif()
   else()
     target_link_options(${target} PRIVATE -Wl,--no-undefined)

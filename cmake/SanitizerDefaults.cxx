@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+
+// What the sanitizers do in a program of this project, however it is started; ASAN_OPTIONS and its like in
+// the environment still have the last word.
+#define MORROW_DEFAULTS extern "C" __attribute__((visibility("default"))) const char*
+
+MORROW_DEFAULTS __asan_default_options();
+MORROW_DEFAULTS __lsan_default_options();
+MORROW_DEFAULTS __ubsan_default_options();
+
+const char* __asan_default_options()
+{
+  return "detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1";
+}
+
+const char* __lsan_default_options()
+{
+  return "suppressions=" MORROW_SUPPRESSIONS ":print_suppressions=0";
+}
+
+const char* __ubsan_default_options()
+{
+  return "print_stacktrace=1";
+}
