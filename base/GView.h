@@ -8,10 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "BrantColor.h" // by value
+#include "MRUtil.h"     // MRUtil::AxisType
 #include "morrow_base_export.h"
 
 #include <vtkSmartPointer.h> // props, members
 
+class GCameraState;
 class GModel;
 class GModelSet;
 class GViewRenderPass;
@@ -21,6 +24,7 @@ class vtkObject;
 class vtkProp;
 class vtkRenderer;
 class vtkRenderWindow;
+class vtkScalarBarWidget;
 
 namespace morrow {
 class PropList;
@@ -204,6 +208,219 @@ public:
   static void set_stereo_mode(bool on);
   [[nodiscard]] static bool get_stereo_mode();
 
+  // ---- Camera: placement
+  //
+  // All of this works on the active camera of the main renderer. Operations with steps and smooth are
+  // animated: they render a frame after each step, begin and end softly when smooth asks for it, and stop
+  // where they are as soon as AppUtil::instance()->interrupt() is true before a step. The length of an
+  // animation is bounded by steps and the interrupt flag only. They bring the models up to date first.
+
+  /// Moves the focal point, the eye or the up direction to p (3 doubles, world). Below 2 steps at once, in
+  /// one frame; otherwise in steps frames of equal length, of which smooth >= 1 softens the first and the
+  /// last: smooth frames in, steps - smooth full ones, smooth out, steps + smooth in all (the soft form's sum
+  /// is not forced to reach p). With smooth above steps the frames are equal. Auto-centre goes off. Null and
+  /// points that are not finite do nothing.
+  void set_at(const double* p, int steps, int smooth);
+  void set_from(const double* p, int steps, int smooth);
+  void set_up(const double* p, int steps, int smooth);
+
+  /// The focal point, the eye and the up direction: 3 doubles are written, world; null does nothing.
+  void get_at(double* p) const;
+  void get_from(double* p) const;
+  void get_up(double* p) const;
+
+  /// Half the height of the window in world units, in parallel projection. Not above 0 or not finite does
+  /// nothing. Renders nothing.
+  void set_parallel_scale(double scale);
+  [[nodiscard]] double get_parallel_scale() const;
+
+  /// Perspective (true) or parallel projection. Going parallel frames everything visible first. Renders
+  /// nothing.
+  void set_perspective(bool on);
+  [[nodiscard]] bool get_perspective() const;
+
+  /// The angle of view in degrees, across the window's shorter side. Default 30. Not finite does nothing; VTK
+  /// keeps it from 0.00000001 to 179.9. Renders nothing.
+  void set_perspective_angle(double degrees);
+  [[nodiscard]] double get_perspective_angle() const;
+
+  /// Frames everything visible from the direction that the camera has, with a view angle of 30 degrees, and
+  /// puts auto-centre on. Renders nothing.
+  void reset_camera();
+  static void reset_camera_all();
+
+  /// The same from the positive z axis, with y up.
+  void complete_reset_camera();
+  static void complete_reset_camera_all();
+
+  // ---- Camera: motion
+
+  /// Frames a box (6 doubles xmin, xmax, ymin, ymax, zmin, zmax, world), made a cube first; looks along
+  /// direction (3 doubles) when that is not null. Boxes far smaller than what is visible are enlarged. With
+  /// steps 1 at once; otherwise from what is visible now, a frame every 50 ms. Boxes and directions that are
+  /// not numbers do nothing.
+  void zoom_box(const double* box, int steps, int smooth, const double* direction);
+
+  /// Comes nearer by factor, or goes away for factors below 1; -n is 1/n. 0 and 1, and what is not finite, do
+  /// nothing. Auto-centre goes off. In parallel projection with fewer than 2 steps nothing is rendered.
+  void zoom_screen(double factor, int steps, int smooth);
+
+  /// Moves the scene across the window. mode 1: dx and dy are fractions of the window's width and height;
+  /// mode 2: lengths in world units along the window's sides; any other mode does nothing.
+  void pan(double dx, double dy, int steps, int smooth, int mode);
+
+  /// Turns the camera by angle degrees in max(steps, 1) parts, around its focal point (x elevation, y
+  /// azimuth, z roll), around itself (x pitch, y yaw, z roll), or around a world axis through the origin. Any
+  /// other axis is the error "Invalid Rotation Axis Specified".
+  void rotate_about_target(double angle, char axis, int steps, int smooth);
+  void rotate_about_camera(double angle, char axis, int steps, int smooth);
+  void rotate_about_world(double angle, char axis, int steps, int smooth);
+
+  /// Turns the camera around the line from p1 towards p2 (3 doubles each, world). Points that coincide, null
+  /// and what is not finite do nothing.
+  void rotate_about_world(double angle, const double* p1, const double* p2, int steps, int smooth);
+
+  // ---- Camera: conversions
+
+  /// A display point in pixels from the bottom left, depth z from 0 (near) to 1 (far), as homogeneous world
+  /// point: 4 doubles are written, the last is 1 unless the point is at infinity (0).
+  void display_to_world(double x, double y, double z, double* world) const;
+
+  /// The other way: 3 doubles are written.
+  void world_to_display(double x, double y, double z, double* display) const;
+
+  /// The world length of so many pixels at the depth of point (3 doubles; null is the origin). length is left
+  /// as it is for a renderer without pixels.
+  void pixel_to_model_length(double pixels, double& length, const double* point) const;
+  static void pixel_to_model_length(vtkRenderer* renderer, double pixels, double& length,
+                                    const double* point);
+
+  // ---- Camera: modes and report
+
+  /// Makes the window's interactor ready again, if there is one; whether it is enabled stays.
+  void mouse_xforms();
+
+  /// Looks straight down on the rectangle in parallel projection. Auto-centre goes off; the view is 2-D ever
+  /// after. Numbers that are not finite do nothing.
+  void set_2d_mode(double xmin, double ymin, double xmax, double ymax);
+  [[nodiscard]] bool get_2d_mode() const;
+
+  /// The angle between the eyes in degrees, for every registered view.
+  static void set_stereo_separation(double degrees);
+
+  /// Prints the camera as information, line by line.
+  void list_view() const;
+
+  // ---- Saved views: cameras under names, shared by all views of the process. Nothing is rendered.
+
+  /// Saves this view's camera; a camera saved under the name before is overwritten.
+  void save_view(const std::string& name);
+
+  /// Puts this view's camera into the state saved under the name, from this or any other view; nothing when
+  /// there is none. If auto-centre was on, everything visible is framed from the restored direction.
+  void restore_view(const std::string& name);
+
+  // ---- Title
+
+  /// Makes the title's actor, which set_title() and set_title_color() do by themselves: centred at the top.
+  void create_title();
+
+  /// Shows text as title; null or empty hides it.
+  void set_title(const char* text);
+
+  /// 3 doubles from 0 to 1. Null does nothing.
+  void set_title_color(const double* rgb);
+
+  /// In points, for this view's title and for all made later. Default 12. Not above 0 does nothing.
+  void set_title_font_size(int points);
+
+  // ---- Axes
+
+  /// The axis triad in the bottom left corner, which turns with the camera. Default shown.
+  void set_triad_vis(bool on);
+  [[nodiscard]] bool get_triad_vis() const;
+
+  /// Whether the display point (pixels from the bottom left) is on the triad, its border included. Never when
+  /// it is hidden.
+  [[nodiscard]] bool triad_clicked(int x, int y) const;
+  void set_triad_label_color(BrantColor color);
+
+  /// The axis prop, by default hidden, and its form. Default MRUtil::AXIS_3D.
+  void set_axis_vis(bool on);
+  [[nodiscard]] bool get_axis_vis() const;
+  void set_axis_type(MRUtil::AxisType type);
+  [[nodiscard]] MRUtil::AxisType get_axis_type() const;
+
+  /// Axes with numbers along the outer edges of the box around everything visible. Default hidden.
+  void set_cube_axes_vis(bool on);
+  [[nodiscard]] bool get_cube_axes_vis() const;
+
+  // ---- Legend and scalar bar
+
+  /// The scale of lengths at the bottom. In perspective it cannot be shown: the information "Legend can only
+  /// be turned on when 'perspective' mode is off\n" is printed. Default hidden.
+  void set_legend_vis(bool on);
+  [[nodiscard]] bool get_legend_vis() const;
+
+  /// Takes the widget in place of the one held, which is detached from its interactor; null only lets go. The
+  /// view keeps a reference. The widget gets the window's interactor; its text gets the label colour.
+  void set_scalar_bar(vtkScalarBarWidget* widget);
+  [[nodiscard]] vtkScalarBarWidget* get_scalar_bar() const;
+
+  /// Makes and shows a scalar bar from min to max: of these colours, if there are any; otherwise of hues from
+  /// blue to red, or VTK's default hues with keep_hues. The text gets the label colour for this background.
+  /// It is shown without an interactor as well.
+  void setup_scalar_bar(double min, double max, bool keep_hues, const std::vector<BrantColor>& colors);
+
+  /// 3 doubles from 0 to 1, default (1, 1, 1). Null does nothing.
+  void set_scalar_bar_label_color(const double* rgb);
+
+  /// The colour id of labels that can be read on the background: 0 when the mean channel of both backgrounds
+  /// is above 0.6, otherwise 9.
+  [[nodiscard]] int get_label_color_from_background() const;
+
+  // ---- Lighting of all registered views; components from 0 to 1
+
+  /// Light colour 0.3 and ambient colour 1/3, as VTK takes them 0.95 and 1.
+  static void reset_lighting();
+
+  /// A component outside [0, 1] is the warning "Ambient light intensity must be between 0 and 1\n" and
+  /// nothing changes.
+  static void set_ambient_light_intensity(float r, float g, float b);
+  static void get_ambient_light_intensity(float& r, float& g, float& b);
+
+  /// Likewise "Light intensity must be between 0 and 1\n".
+  static void set_light_intensity(float r, float g, float b);
+  static void get_light_intensity(float& r, float& g, float& b);
+
+  // ---- Export
+
+  enum ImageFileType
+  {
+    JPEG = 5,
+    PNG = 6,
+    BMP = 7,
+    PNM = 8,
+    TIFF = 9,
+    POSTSCRIPT = 10
+  };
+
+  enum ModelFileType
+  {
+    VRML = 100,
+    OOGL = 101,
+    OBJ = 102,
+    IV = 103
+  };
+
+  /// Renders and writes what the window shows, in the window's size; width and height are ignored. False for
+  /// an unknown type, a null name or without a window; true otherwise, also when the file could not be
+  /// written, which VTK's writer reports.
+  bool write_image(const char* filename, ImageFileType type, int width, int height);
+
+  /// Writes the scene. False as above.
+  bool write_model(const char* filename, ModelFileType type);
+
   // ---- For shaders
 
   /// The command that sets the shader uniform "ViewportSize" to the window's size in pixels, as two floats.
@@ -221,6 +438,7 @@ public:
   static void StartRender(vtkObject* caller, unsigned long event, void* client_data, void* call_data);
 
 private:
+  friend class GCameraState;
   friend class GModel;
   friend class GModelSet;
 
@@ -255,6 +473,8 @@ private:
   vtkSmartPointer<vtkCallbackCommand> mStartRenderObserver;
   int mBackground;
   int mBackground2;
+  bool mIs2dMode = false;
+  bool mIsAutoCenterOff = false;
   vtkSmartPointer<vtkCubeAxesActor2D> mCubeAxes;
   vtkSmartPointer<vtkCallbackCommand> mViewportObserver;
 

@@ -12,7 +12,14 @@ set(MORROW_VTK_COMPONENTS
     CommonExecutionModel
     CommonMath
     CommonSystem
+    CommonTransforms
+    FiltersGeneral
+    FiltersGeometry
+    FiltersSources
+    IOExport
+    IOImage
     InteractionStyle
+    InteractionWidgets
     RenderingAnnotation
     RenderingCore
     RenderingFreeType
@@ -25,15 +32,10 @@ set(MORROW_VTK_FACTORIES InteractionStyle RenderingFreeType RenderingOpenGL2 Ren
 
 # What only the examples, the tests and the benchmarks use.
 set(MORROW_VTK_EXTRA_COMPONENTS
-    CommonTransforms
     FiltersCore
     FiltersExtraction
-    FiltersGeneral
-    FiltersGeometry
-    FiltersSources
     IOExodus
     IOGeometry
-    IOImage
     IOLegacy
     IOPLY
     IOXML)

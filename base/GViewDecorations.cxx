@@ -1,0 +1,5 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+//
+// What a view shows besides the models: members of GView.
+#include "GView.h"
