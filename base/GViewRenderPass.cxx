@@ -9,6 +9,7 @@
 #include <vtkActor.h>
 #include <vtkDepthPeelingPass.h>
 #include <vtkDualDepthPeelingPass.h>
+#include <vtkHardwareSelector.h>
 #include <vtkInformation.h>
 #include <vtkInformationIntegerKey.h>
 #include <vtkObjectFactory.h>
@@ -134,6 +135,11 @@ void GViewRenderPass::UpdateGeometry(const vtkRenderState* state)
   vtkOpenGLRenderer& renderer = *opengl_renderer;
   this->NumberOfRenderedProps = 0;
   this->classify_props(*state);
+  if (renderer.GetSelector() != nullptr) {
+    this->draw_for_selection(renderer);
+    mItems.clear();
+    return;
+  }
   this->draw_surfaces(renderer);
   this->draw_lines_and_points(renderer);
   if (this->has_translucent_props(renderer)) {
@@ -207,6 +213,22 @@ void GViewRenderPass::draw_lines_and_points(vtkRenderer& renderer)
       this->draw_opaque(item, renderer);
     }
   }
+}
+
+// What a hardware selection draws is not a picture but numbers, and it knows itself which props take part.
+void GViewRenderPass::draw_for_selection(vtkOpenGLRenderer& renderer)
+{
+  std::vector<vtkProp*> shown;
+  for (const Item& item : mItems) {
+    const bool has_surface = item.actor != nullptr && item.is_surface && !draws_no_surface(item.render_mode);
+    if (has_surface || this->draws_with_lines(item)) {
+      shown.push_back(item.prop);
+    }
+  }
+  this->guarded(renderer, [&] {
+    this->NumberOfRenderedProps =
+        renderer.GetSelector()->Render(&renderer, shown.data(), static_cast<int>(shown.size()));
+  });
 }
 
 bool GViewRenderPass::has_translucent_props(vtkRenderer& renderer)

@@ -30,6 +30,9 @@ class vtkRenderer;
 /// Within a stage props are drawn in the renderer's order. When the window's render has been aborted before
 /// the pass starts, nothing is drawn and nothing is cleared.
 ///
+/// A hardware selection (vtkHardwareSelector, vtkPropPicker) gets the props that steps 1 and 2 draw, those
+/// that only fill the depth buffer included.
+///
 /// An exception thrown by a prop does not leave the frame: the other props are drawn, and take_exception()
 /// hands it out afterwards. A prop may remove any prop from the renderer, which shows in the next frame, and
 /// may render another window.
@@ -89,6 +92,7 @@ private:
   void draw_surface(const Item& item, vtkOpenGLRenderer& renderer);
   void draw_lines_and_points(vtkRenderer& renderer);
   [[nodiscard]] bool draws_with_lines(const Item& item) const;
+  void draw_for_selection(vtkOpenGLRenderer& renderer);
   [[nodiscard]] bool has_translucent_props(vtkRenderer& renderer);
   void draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer);
   void make_depth_peeling_pass(vtkOpenGLRenderer& renderer);
