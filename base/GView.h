@@ -395,30 +395,60 @@ public:
 
   // ---- Export
 
-  enum ImageFileType
+  // Both kinds of file have codes of their own, so that an int can name either.
+
+  enum ImageFileType : int
   {
-    JPEG = 5,
+    JPEG = 5, ///< quality 95 of 100
     PNG = 6,
     BMP = 7,
-    PNM = 8,
+    PNM = 8, ///< binary
     TIFF = 9,
     POSTSCRIPT = 10
   };
 
-  enum ModelFileType
+  enum ModelFileType : int
   {
-    VRML = 100,
-    OOGL = 101,
-    OBJ = 102,
-    IV = 103
+    VRML = 100, ///< VRML 2.0
+    OOGL = 101, ///< Geomview
+    OBJ = 102,  ///< Wavefront
+    IV = 103    ///< Open Inventor
   };
 
-  /// Renders and writes what the window shows, in the window's size; width and height are ignored. False for
-  /// an unknown type, a null name or without a window; true otherwise, also when the file could not be
-  /// written, which VTK's writer reports.
+  /// Renders as render() does, into off-screen buffers, and writes the picture to the file: all that the
+  /// window shows, RGB, in the window's size in pixels; width and height are ignored. The window's next frame
+  /// is drawn on the screen again: its off-screen buffers are off, whatever they were before. A window that
+  /// was never rendered appears on the screen, unless rendering is off-screen. While the graphics status is
+  /// not normal nothing is rendered, and the picture is that of the last frame.
+  ///
+  /// False, and nothing happens, for a type that is none of the enumerators, a null or empty file name,
+  /// without a window, from inside a frame of the view or its window, and when there is no picture because
+  /// the window was never rendered. Otherwise true, also when the file could not be written: VTK's writer
+  /// reports that as a VTK error. An exception from host code in the frame is thrown and nothing is written.
   bool write_image(const char* filename, ImageFileType type, int width, int height);
 
-  /// Writes the scene. False as above.
+  /// Brings the models up to date and writes the scene: what is visible in the main renderer, with camera,
+  /// lights and the bottom background colour. Needs no frame and no display.
+  ///
+  /// Written are actors with polygonal data, also in assemblies and in blocks of composite data, as points,
+  /// lines and polygons in world coordinates with the actors' properties and textures; colours of points and
+  /// cells go with lines and polygons (not into OBJ, and in OOGL with polygons only). IV files have the
+  /// coordinates of vertices, but VTK's exporter does not say that they are to be drawn. Surfaces are written
+  /// as such, whatever their representation or MRUtil::RENDER_MODE() is, and whole, not cut by clipping
+  /// planes of their mappers. Props with the MRUtil::VERTEX_VISIBILITY() key are written while vertices are
+  /// visible. Cells with a coordinate that is not finite, 2-D props and the view's decorations are no part of
+  /// the scene. What else has no place in the file is left out with a warning for each kind: "Model export
+  /// leaves out props of class vtkVolume: 2\n".
+  ///
+  /// For OBJ the file name is a prefix: the files are filename + ".obj", filename + ".mtl" and, for each
+  /// texture, filename + "texture" + a number + ".png".
+  ///
+  /// False, and nothing happens, for a type that is none of the enumerators, a null or empty file name,
+  /// without a window and from inside a frame of the view or its window. Otherwise true, also when the file
+  /// could not be written, or is not because there are no actors: VTK's exporter reports that as a VTK error.
+  /// An exception from the models' update is thrown and nothing is written.
+  ///
+  /// Deliberate: each call leaks VTK's exporter object, less than 1 kB, and nothing that it has referred to.
   bool write_model(const char* filename, ModelFileType type);
 
   // ---- For shaders
@@ -451,6 +481,7 @@ private:
   void make_lights();
   void make_observers();
   [[nodiscard]] bool is_drawing() const;
+  [[nodiscard]] bool can_export() const;
   void leave_window();
   void leave_window_for_good();
   void enter_window(vtkRenderWindow* window);

@@ -36,6 +36,7 @@ set(MORROW_VTK_EXTRA_COMPONENTS
     FiltersExtraction
     IOExodus
     IOGeometry
+    IOImport
     IOLegacy
     IOPLY
     IOXML)
