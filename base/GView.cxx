@@ -9,6 +9,7 @@
 #include "BrantColorTable.h"
 #include "CubeAxesBounds.h"
 #include "GModelSet.h"
+#include "GViewFlagScope.h"
 #include "GViewRenderPass.h"
 #include "MRUtil.h"
 #include "PropList.h"
@@ -16,6 +17,7 @@
 #include "TextWarmUp.h"
 #include "TitleTemplate.h"
 #include "VTKSeam.h"
+#include "ViewCalls.h"
 #include "WindowRestart.h"
 
 #include <vtkCallbackCommand.h>
@@ -29,6 +31,11 @@
 #include <vtkRenderer.h>
 #include <vtkShaderProgram.h>
 
+using morrow::call_each;
+using morrow::exception_of;
+using morrow::keep_first;
+using morrow::registered_views;
+
 namespace {
 
 constexpr int DefaultBackground = 9;  // white
@@ -40,44 +47,6 @@ constexpr int OverlayLayer = 1;
 
 // Never destroyed, as the registry.
 std::string& gCurrentTitle = *new std::string("Brant ##");
-
-// A copy keeps the views alive while host code may change the registry.
-std::vector<std::shared_ptr<GView>> registered_views()
-{
-  return {GView::all_views().begin(), GView::all_views().end()};
-}
-
-// What the call throws; null when it throws nothing.
-template<typename Call>
-std::exception_ptr exception_of(Call&& call)
-{
-  try {
-    call();
-  } catch (...) {
-    return std::current_exception();
-  }
-  return nullptr;
-}
-
-void keep_first(std::exception_ptr& first, std::exception_ptr next)
-{
-  if (first == nullptr) {
-    first = std::move(next);
-  }
-}
-
-// Calls each view in turn; the first exception is passed on when all have been called.
-template<typename Views, typename Call>
-void call_each(const Views& views, Call&& call)
-{
-  std::exception_ptr first;
-  for (const auto& view : views) {
-    keep_first(first, exception_of([&] { call(view); }));
-  }
-  if (first != nullptr) {
-    std::rethrow_exception(first);
-  }
-}
 
 void look_up_color(int id, double* rgb)
 {
@@ -125,27 +94,6 @@ float GView::mLightIntensity[3] = {0.95F, 0.95F, 0.95F};
 float GView::mAmbientIntensity[3] = {1.0F, 1.0F, 1.0F};
 bool GView::mStereoMode = false;
 bool GView::mUseOffscreen = false;
-
-/// Holds one of a view's flags up; the view may be gone when it ends.
-class GView::FlagScope
-{
-public:
-  FlagScope(GView& view, bool GView::*flag) : mView(view.mHandle), mFlag(flag) { view.*flag = true; }
-  ~FlagScope()
-  {
-    if (*mView != nullptr) {
-      (*mView)->*mFlag = false;
-    }
-  }
-  FlagScope(const FlagScope&) = delete;
-  FlagScope& operator=(const FlagScope&) = delete;
-
-  [[nodiscard]] bool view_is_alive() const { return *mView != nullptr; }
-
-private:
-  std::shared_ptr<GView*> mView;
-  bool GView::*mFlag;
-};
 
 // ---------------------------------------------------------------------------------------------------------
 // Life
@@ -478,10 +426,26 @@ void GView::remove_props(const Props& props)
 // ---------------------------------------------------------------------------------------------------------
 // Rendering
 
+bool GView::is_in_frame() const
+{
+  return mIsRendering || mIsPreparing || this->is_drawing();
+}
+
+bool GView::can_render() const
+{
+  return mRenderWindow != nullptr && !this->is_in_frame() &&
+         MRUtil::get_graphics_status() == MRUtil::GRAPHICS_NORMAL;
+}
+
 void GView::render()
 {
-  if (mRenderWindow == nullptr || mIsRendering || mIsPreparing || this->is_drawing() ||
-      MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL) {
+  this->run_frame({&GView::update_models, &GView::draw_frame});
+}
+
+// The steps run host code: none of them stops for what another one has thrown, but all when the view is gone.
+void GView::run_frame(std::initializer_list<void (GView::*)()> steps)
+{
+  if (!this->can_render()) {
     return;
   }
   const FlagScope rendering(*this, &GView::mIsRendering);
@@ -490,11 +454,12 @@ void GView::render()
   const std::shared_ptr<std::exception_ptr> first = mException;
 
   keep_first(*first, pass->take_exception()); // of a frame that somebody else has started
-  keep_first(*first, exception_of([this] { this->update_models(); }));
-  if (rendering.view_is_alive()) {
-    const std::exception_ptr thrown = exception_of([this] { this->draw_frame(); });
-    keep_first(*first, pass->take_exception());
-    keep_first(*first, thrown);
+  for (const auto step : steps) {
+    if (rendering.view_is_alive()) {
+      const std::exception_ptr thrown = exception_of([&] { (this->*step)(); });
+      keep_first(*first, pass->take_exception());
+      keep_first(*first, thrown);
+    }
   }
   if (*first != nullptr) {
     std::rethrow_exception(std::exchange(*first, nullptr));
@@ -504,8 +469,17 @@ void GView::render()
 void GView::draw_frame()
 {
   if (const vtkSmartPointer<vtkRenderWindow> window = mRenderWindow) {
-    mRenderer->ResetCameraClippingRange();
+    const vtkSmartPointer<vtkRenderer> renderer = mRenderer; // props that are asked for bounds are host code
+    renderer->ResetCameraClippingRange();
     morrow::render_guarded(*window);
+  }
+}
+
+// The camera's clipping range stays as it is.
+void GView::draw_window()
+{
+  if (mRenderWindow != nullptr) {
+    morrow::render_guarded(*mRenderWindow);
   }
 }
 
@@ -538,7 +512,11 @@ void GView::StartRender(vtkObject* caller, unsigned long /*event*/, void* client
 
 void GView::prepare_frame(vtkRenderWindow& window)
 {
+  const std::shared_ptr<GView* const> view = mHandle;
   this->fit_view_angle(window);
+  if (*view == nullptr) {
+    return; // an observer of the camera is host code
+  }
   const bool is_stopped = MRUtil::get_graphics_status() != MRUtil::GRAPHICS_NORMAL;
   this->hold_overlay(is_stopped);
   if (is_stopped) {
@@ -571,8 +549,21 @@ void GView::fit_view_angle(vtkRenderWindow& window)
 {
   const int* size = window.GetSize();
   const bool is_upright = size[0] < size[1];
-  mRenderer->GetActiveCamera()->SetUseHorizontalViewAngle(is_upright);
-  mOverlayRenderer->GetActiveCamera()->SetUseHorizontalViewAngle(is_upright);
+  const vtkSmartPointer<vtkCamera> cameras[] = {mRenderer->GetActiveCamera(),
+                                                mOverlayRenderer->GetActiveCamera()};
+  for (const auto& camera : cameras) {
+    camera->SetUseHorizontalViewAngle(is_upright);
+  }
+}
+
+// The camera's direction stays as it is.
+void GView::frame_visible()
+{
+  const vtkSmartPointer<vtkRenderer> renderer = mRenderer; // props that are asked for bounds are host code
+  if (mRenderWindow != nullptr) {
+    this->fit_view_angle(*mRenderWindow); // the window may be without a frame of its present size
+  }
+  renderer->ResetCamera();
 }
 
 void GView::set_vertex_visibility(bool on)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception> // std::exception_ptr
+#include <initializer_list>
 #include <memory>
 #include <set>
 #include <string>
@@ -27,8 +28,9 @@ class vtkRenderWindow;
 class vtkScalarBarWidget;
 
 namespace morrow {
+class CameraMotion;
 class PropList;
-}
+} // namespace morrow
 
 /// One 3-D view, bound to one VTK render window.
 ///
@@ -42,8 +44,8 @@ class PropList;
 /// ends.
 ///
 /// Nothing in this class touches the display before the first render, except binding a window that is already
-/// mapped and switching stereo on. Rendering needs a reachable display with OpenGL 3.2; without one VTK ends
-/// the process.
+/// mapped, switching stereo on and mouse_xforms(). Rendering needs a reachable display with OpenGL 3.2;
+/// without one VTK ends the process.
 ///
 /// Everything runs on the caller's thread, which must always be the same. Null arguments, and calls that need
 /// a window while there is none, do nothing. A view may be destroyed at any time, also by host code that its
@@ -211,9 +213,14 @@ public:
   // ---- Camera: placement
   //
   // All of this works on the active camera of the main renderer. Operations with steps and smooth are
-  // animated: they render a frame after each step, begin and end softly when smooth asks for it, and stop
-  // where they are as soon as AppUtil::instance()->interrupt() is true before a step. The length of an
-  // animation is bounded by steps and the interrupt flag only. They bring the models up to date first.
+  // animated: they bring the models up to date, then move the camera step by step and render a frame after
+  // each, softly at both ends when smooth asks for it. They stop where they are as soon as
+  // AppUtil::instance()->interrupt() is true before a step; nothing else bounds the length of an animation.
+  // Where no frame can be shown (no window, graphics status not normal) the camera moves all the same.
+  //
+  // An exception of host code ends an operation where it is and reaches the caller. An operation that host
+  // code begins inside a frame, or inside another operation of the same view, is made in a single step,
+  // without a frame of its own and without reading the interrupt flag.
 
   /// Moves the focal point, the eye or the up direction to p (3 doubles, world). Below 2 steps at once, in
   /// one frame; otherwise in steps frames of equal length, of which smooth >= 1 softens the first and the
@@ -240,12 +247,12 @@ public:
   [[nodiscard]] bool get_perspective() const;
 
   /// The angle of view in degrees, across the window's shorter side. Default 30. Not finite does nothing; VTK
-  /// keeps it from 0.00000001 to 179.9. Renders nothing.
+  /// keeps it from 0.00000001 to 179. Renders nothing.
   void set_perspective_angle(double degrees);
   [[nodiscard]] double get_perspective_angle() const;
 
-  /// Frames everything visible from the direction that the camera has, with a view angle of 30 degrees, and
-  /// puts auto-centre on. Renders nothing.
+  /// Brings the models up to date and frames everything visible from the direction that the camera has, with
+  /// a view angle of 30 degrees; puts auto-centre on. Renders nothing.
   void reset_camera();
   static void reset_camera_all();
 
@@ -255,60 +262,75 @@ public:
 
   // ---- Camera: motion
 
-  /// Frames a box (6 doubles xmin, xmax, ymin, ymax, zmin, zmax, world), made a cube first; looks along
-  /// direction (3 doubles) when that is not null. Boxes far smaller than what is visible are enlarged. With
-  /// steps 1 at once; otherwise from what is visible now, a frame every 50 ms. Boxes and directions that are
-  /// not numbers do nothing.
+  /// Frames a box (6 doubles xmin, xmax, ymin, ymax, zmin, zmax, world), made a cube first, from the
+  /// direction that the camera has; looks along direction (3 doubles) when that is neither null nor zero.
+  /// Sides at 1e37 and beyond are put at 1 or -1; boxes far smaller than what is visible are enlarged. With
+  /// steps 1 at once. Otherwise max(steps, 1) parts from what is visible now, in frames as a rotation has
+  /// them, one every 50 ms; all but the first read the interrupt flag. A null box, NaN and directions that
+  /// are not finite do nothing. A box that host code asks for inside another zoom_box(), of any view, is
+  /// framed as it is.
   void zoom_box(const double* box, int steps, int smooth, const double* direction);
 
   /// Comes nearer by factor, or goes away for factors below 1; -n is 1/n. 0 and 1, and what is not finite, do
-  /// nothing. Auto-centre goes off. In parallel projection with fewer than 2 steps nothing is rendered.
+  /// nothing. Auto-centre goes off. max(steps, 1) parts; smooth from 1 to that number softens as many frames
+  /// at each end, which cannot be interrupted. In parallel projection each frame multiplies the scale, so
+  /// that only a single step comes to factor exactly; the clipping range stays, and with fewer than 2 steps
+  /// nothing is rendered.
   void zoom_screen(double factor, int steps, int smooth);
 
-  /// Moves the scene across the window. mode 1: dx and dy are fractions of the window's width and height;
-  /// mode 2: lengths in world units along the window's sides; any other mode does nothing.
+  /// Moves the scene across the window, in steps parts, none below 1. mode 1: dx and dy are fractions of the
+  /// window's width and height at the depth of the focal point; mode 2: lengths in world units along the
+  /// window's sides; any other mode, and what is not finite, does nothing. smooth, at most steps, frames are
+  /// soft at each end, and steps + smooth there are in all; a smooth below 0 leaves that many out.
   void pan(double dx, double dy, int steps, int smooth, int mode);
 
-  /// Turns the camera by angle degrees in max(steps, 1) parts, around its focal point (x elevation, y
+  /// Turns the camera by angle degrees in n = max(steps, 1) parts, around its focal point (x elevation, y
   /// azimuth, z roll), around itself (x pitch, y yaw, z roll), or around a world axis through the origin. Any
-  /// other axis is the error "Invalid Rotation Axis Specified".
+  /// other axis is the error "Invalid Rotation Axis Specified"; angles that are not finite do nothing. With
+  /// smooth from 1 to n there are n + smooth frames, which go up to a part too far; a smooth below 0 leaves
+  /// that many frames out.
   void rotate_about_target(double angle, char axis, int steps, int smooth);
   void rotate_about_camera(double angle, char axis, int steps, int smooth);
   void rotate_about_world(double angle, char axis, int steps, int smooth);
 
-  /// Turns the camera around the line from p1 towards p2 (3 doubles each, world). Points that coincide, null
-  /// and what is not finite do nothing.
+  /// Turns the camera around the line from p1 towards p2 (3 doubles each, world), counter-clockwise for who
+  /// looks from p2 to p1. Points that coincide, null and what is not finite do nothing.
   void rotate_about_world(double angle, const double* p1, const double* p2, int steps, int smooth);
 
   // ---- Camera: conversions
 
-  /// A display point in pixels from the bottom left, depth z from 0 (near) to 1 (far), as homogeneous world
-  /// point: 4 doubles are written, the last is 1 unless the point is at infinity (0).
+  /// A display point in pixels from the bottom left, depth z from 0 (near) to 1 (far), as world point: 4
+  /// doubles are written, of which the last is 1. What has no place in the world, as its homogeneous
+  /// coordinate is 0, is left undivided. Null does nothing.
   void display_to_world(double x, double y, double z, double* world) const;
 
-  /// The other way: 3 doubles are written.
+  /// The other way: 3 doubles are written. Null does nothing.
   void world_to_display(double x, double y, double z, double* display) const;
 
-  /// The world length of so many pixels at the depth of point (3 doubles; null is the origin). length is left
-  /// as it is for a renderer without pixels.
+  /// The world length, at the depth of point (3 doubles, world; null is the origin), of the part of the
+  /// window's width that pixels are of its shorter side: of so many pixels, unless the window is wider than
+  /// high. length is left as it is for a renderer without pixels.
   void pixel_to_model_length(double pixels, double& length, const double* point) const;
   static void pixel_to_model_length(vtkRenderer* renderer, double pixels, double& length,
                                     const double* point);
 
   // ---- Camera: modes and report
 
-  /// Makes the window's interactor ready again, if there is one; whether it is enabled stays.
+  /// Makes the window's interactor ready again, if there is one, which needs a display; whether it is enabled
+  /// stays. Nothing happens inside a frame.
   void mouse_xforms();
 
-  /// Looks straight down on the rectangle in parallel projection. Auto-centre goes off; the view is 2-D ever
-  /// after. Numbers that are not finite do nothing.
+  /// Looks straight down on the rectangle in parallel projection, with the scale of its longer side; a
+  /// rectangle without a size leaves the scale as it is. Auto-centre goes off; the view is 2-D ever after.
+  /// Numbers that are not finite do nothing. Renders nothing.
   void set_2d_mode(double xmin, double ymin, double xmax, double ymax);
   [[nodiscard]] bool get_2d_mode() const;
 
-  /// The angle between the eyes in degrees, for every registered view.
+  /// The angle between the eyes in degrees, for every registered view. Not finite does nothing.
   static void set_stereo_separation(double degrees);
 
-  /// Prints the camera as information, line by line.
+  /// Prints the camera as information, in nine messages: eye, focal point, up, direction, distance, size of
+  /// the window, angle of view, auto-centre and triad.
   void list_view() const;
 
   // ---- Saved views: cameras under names, shared by all views of the process. Nothing is rendered.
@@ -471,6 +493,7 @@ private:
   friend class GCameraState;
   friend class GModel;
   friend class GModelSet;
+  friend class morrow::CameraMotion;
 
   class FlagScope;
 
@@ -487,8 +510,13 @@ private:
   void enter_window(vtkRenderWindow* window);
   void hold_overlay(bool hold);
   void fit_view_angle(vtkRenderWindow& window);
+  void frame_visible();
   void prepare_frame(vtkRenderWindow& window);
+  [[nodiscard]] bool is_in_frame() const;
+  [[nodiscard]] bool can_render() const;
+  void run_frame(std::initializer_list<void (GView::*)()> steps);
   void draw_frame();
+  void draw_window();
   void switch_stereo(bool on);
   static vtkSmartPointer<vtkCallbackCommand>
   make_command(void (*callback)(vtkObject*, unsigned long, void*, void*), GView* view);
@@ -525,5 +553,6 @@ private:
   bool mIsPreparing = false;                      // at the start of a frame, before VTK draws
   bool mIsRendering = false;                      // inside render()
   bool mIsUpdating = false;                       // inside the models' update_parts()
+  bool mIsMoving = false;                         // inside a camera operation
   std::shared_ptr<std::exception_ptr> mException; // the first one since render() has thrown
 };

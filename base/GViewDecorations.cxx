@@ -3,3 +3,9 @@
 //
 // What a view shows besides the models: members of GView.
 #include "GView.h"
+
+// A view has no triad yet.
+bool GView::get_triad_vis() const
+{
+  return false;
+}

@@ -24,7 +24,7 @@ bool is_name(const char* filename)
 
 bool GView::can_export() const
 {
-  return mRenderWindow != nullptr && !mIsRendering && !mIsPreparing && !this->is_drawing();
+  return mRenderWindow != nullptr && !this->is_in_frame();
 }
 
 bool GView::write_image(const char* filename, ImageFileType type, int /*width*/, int /*height*/)

@@ -201,6 +201,69 @@ TEST_F(NoDisplayTest, AViewWritesItsScene)
   EXPECT_NE(view.get_render_window()->GetNeverRendered(), 0);
 }
 
+TEST_F(NoDisplayTest, ACameraIsPlacedAndAsked)
+{
+  GView view;
+  double p[4];
+  view.get_at(p);
+  view.get_from(p);
+  view.get_up(p);
+  EXPECT_TRUE(view.get_perspective());
+  EXPECT_EQ(view.get_perspective_angle(), 30.0);
+  view.set_perspective_angle(40.0);
+  view.set_perspective(false);
+  view.set_parallel_scale(2.0);
+  EXPECT_EQ(view.get_parallel_scale(), 2.0);
+  view.zoom_screen(2.0, 1, 0); // in parallel projection one step renders nothing
+  EXPECT_EQ(view.get_parallel_scale(), 1.0);
+  view.add_props(some_actors(morrow_test::quad(1.0, 1.0, 3.0, 3.0), 1));
+  view.reset_camera();
+  view.get_at(p);
+  EXPECT_NEAR(p[0], 2.0, 1e-12);
+  view.complete_reset_camera();
+  view.set_2d_mode(0.0, 0.0, 4.0, 4.0);
+  view.world_to_display(2.0, 2.0, 0.0, p);
+  EXPECT_NEAR(p[0], 250.0, 1.0);
+  view.display_to_world(p[0], p[1], p[2], p);
+  EXPECT_NEAR(p[0], 2.0, 1e-6);
+  double length = 0.0;
+  view.pixel_to_model_length(10.0, length, nullptr);
+  EXPECT_NEAR(length, 0.08, 1e-6);
+  view.mouse_xforms();
+  GView::set_stereo_separation(3.0);
+  const morrow_test::PrintCapture printed;
+  view.list_view();
+  EXPECT_EQ(printed.calls().size(), 9U);
+}
+
+TEST_F(NoDisplayTest, ACameraMovesWhenNothingCanBeShown)
+{
+  GView view;
+  const double p[3] = {1.0, 2.0, 3.0};
+  const double box[6] = {0.0, 1.0, 0.0, 1.0, 0.0, 1.0};
+  const auto move = [&] {
+    view.set_at(p, 3, 1);
+    view.set_from(p, 1, 0);
+    view.set_up(p, 2, 0);
+    view.rotate_about_target(30.0, 'y', 3, 1);
+    view.rotate_about_camera(30.0, 'y', 3, 1);
+    view.rotate_about_world(30.0, 'y', 3, 1);
+    view.pan(0.1, 0.1, 3, 1, 1);
+    view.zoom_screen(2.0, 3, 1);
+    view.zoom_box(box, 3, 0, p);
+  };
+  double at[3];
+  MRUtil::set_graphics_status(MRUtil::GRAPHICS_DISABLED);
+  move();
+  view.get_at(at);
+  EXPECT_NEAR(at[0], 0.5, 1e-12);
+  MRUtil::set_graphics_status(MRUtil::GRAPHICS_NORMAL);
+  view.set_render_window(nullptr);
+  move();
+  view.get_at(at);
+  EXPECT_NEAR(at[0], 0.5, 1e-12);
+}
+
 TEST_F(NoDisplayTest, PropsAreAddedAndRemoved)
 {
   GView view;
