@@ -62,6 +62,20 @@ void for_each(const Operation (&operations)[Count], Test&& test)
   }
 }
 
+/// The same on one stage, which is put back before each operation.
+template<std::size_t Count, typename Test>
+void for_each_on_stage(const Operation (&operations)[Count], Test&& test)
+{
+  CameraStage stage;
+  const auto start = stage.twin();
+  for_each(operations, [&](const Operation& operation) {
+    stage.camera()->DeepCopy(start);
+    stage.model.on_update = nullptr;
+    stage.model.updates = 0;
+    test(operation, stage);
+  });
+}
+
 using AnimationTest = ViewRenderTest;
 using AnyOperationTest = ViewRenderTest;
 
@@ -78,8 +92,7 @@ void expect_healthy(GView& view)
 // Without softness: the soft frames of a zoom by a factor cannot be interrupted.
 TEST_F(AnimationTest, OfAnyLengthEndsAtOnceWhenInterrupted)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     const InterruptAfter interrupt(0);
     const FrameCounter frames(stage.window());
     operation.call(*stage.view, INT_MAX, 0);
@@ -91,11 +104,10 @@ TEST_F(AnimationTest, OfAnyLengthEndsAtOnceWhenInterrupted)
 
 TEST_F(AnimationTest, OfAnySoftnessEndsAtOnceWhenInterrupted)
 {
-  for_each(kOperations, [](const Operation& operation) {
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     if (std::string(operation.name).find("ZoomScreen") == 0) {
       return; // its soft frames cannot be interrupted
     }
-    CameraStage stage;
     const InterruptAfter interrupt(1);
     const FrameCounter frames(stage.window());
     operation.call(*stage.view, INT_MAX, INT_MAX);
@@ -106,8 +118,7 @@ TEST_F(AnimationTest, OfAnySoftnessEndsAtOnceWhenInterrupted)
 
 TEST_F(AnimationTest, OfTheSmallestNumbersEnds)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     const FrameCounter frames(stage.window());
     for (const auto& [steps, smooth] : {std::pair(INT_MIN, INT_MIN), std::pair(INT_MIN, 0),
                                         std::pair(INT_MIN, INT_MAX), std::pair(3, INT_MIN)}) {
@@ -133,8 +144,7 @@ TEST_F(AnimationTest, TheHostsFlagMayDestroyTheView)
 
 TEST_F(AnimationTest, TheHostsFlagMayRender)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     const FrameCounter frames(stage.window());
     InterruptAfter interrupt;
     interrupt.on_read = [&] { stage.view->render(); };
@@ -145,8 +155,7 @@ TEST_F(AnimationTest, TheHostsFlagMayRender)
 
 TEST_F(AnimationTest, TheHostsFlagMayBeginTheOperationAgain)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     const FrameCounter frames(stage.window());
     InterruptAfter interrupt;
     interrupt.on_read = [&] { operation.call(*stage.view, INT_MAX, 5); };
@@ -230,8 +239,7 @@ TEST_F(AnyOperationTest, APropThatIsAskedForItsBoundsMayDestroyTheView)
 
 TEST_F(AnyOperationTest, AFrameMayBeginAnyOther)
 {
-  const auto test = [](const Operation& operation) {
-    CameraStage stage;
+  const auto test = [](const Operation& operation, CameraStage& stage) {
     GView::add_global_view(stage.view);
     const FrameCounter frames(stage.window());
     const auto everything = [&] {
@@ -252,8 +260,8 @@ TEST_F(AnyOperationTest, AFrameMayBeginAnyOther)
     EXPECT_EQ(frames.starts(), frames.ends());
     stage.model.on_update = nullptr;
   };
-  for_each(kOperations, test);
-  for_each(kImmediate, test);
+  for_each_on_stage(kOperations, test);
+  for_each_on_stage(kImmediate, test);
 }
 
 TEST_F(AnimationTest, AFrameMayTakeTheWindowAway)
@@ -307,8 +315,7 @@ TEST_F(AnimationTest, BegunInAFrameIsMadeInOneStep)
 
 TEST_F(AnimationTest, AnExceptionOfAnUpdateEndsItAndReachesTheCaller)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     const FrameCounter frames(stage.window());
     stage.model.on_update = [&] {
       if (stage.model.updates >= 3) {
@@ -363,8 +370,7 @@ TEST_F(AnimationTest, AnExceptionOfAPropEndsItAndReachesTheCaller)
 
 TEST_F(AnimationTest, AnExceptionOfAnObserverOfTheWindowPassesThrough)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     {
       const EventHook hook(stage.window(), vtkCommand::EndEvent, [] { throw HostError("an observer"); });
       EXPECT_EQ(thrown_through_vtk_by([&] { operation.call(*stage.view, 4, 0); }), "an observer");
@@ -375,8 +381,7 @@ TEST_F(AnimationTest, AnExceptionOfAnObserverOfTheWindowPassesThrough)
 
 TEST_F(AnimationTest, AnExceptionOfTheHostsFlagPassesThrough)
 {
-  for_each(kOperations, [](const Operation& operation) {
-    CameraStage stage;
+  for_each_on_stage(kOperations, [](const Operation& operation, CameraStage& stage) {
     {
       InterruptAfter interrupt;
       interrupt.on_read = [] { throw HostError("a flag"); };
@@ -450,8 +455,7 @@ TEST_F(AnyOperationTest, InWindowsOfAPixelOrTwo)
 
 TEST_F(AnyOperationTest, OfACameraAtItsOwnTarget)
 {
-  const auto test = [](const Operation& operation) {
-    CameraStage stage;
+  const auto test = [](const Operation& operation, CameraStage& stage) {
     stage.camera()->SetPosition(1.0, 1.0, 1.0);
     stage.camera()->SetFocalPoint(1.0, 1.0, 1.0);
     operation.call(*stage.view, 1, 0);
@@ -459,14 +463,13 @@ TEST_F(AnyOperationTest, OfACameraAtItsOwnTarget)
     EXPECT_TRUE(CameraPlace(*stage.view).from.is_finite());
     expect_healthy(*stage.view);
   };
-  for_each(kOperations, test);
-  for_each(kImmediate, test);
+  for_each_on_stage(kOperations, test);
+  for_each_on_stage(kImmediate, test);
 }
 
 TEST_F(AnyOperationTest, OfACameraThatLooksAlongItsViewUp)
 {
-  const auto test = [](const Operation& operation) {
-    CameraStage stage;
+  const auto test = [](const Operation& operation, CameraStage& stage) {
     stage.camera()->SetPosition(0.0, 0.0, 5.0);
     stage.camera()->SetFocalPoint(0.0, 0.0, 0.0);
     stage.camera()->SetViewUp(0.0, 0.0, 1.0);
@@ -475,14 +478,13 @@ TEST_F(AnyOperationTest, OfACameraThatLooksAlongItsViewUp)
     EXPECT_TRUE(CameraPlace(*stage.view).from.is_finite());
     expect_healthy(*stage.view);
   };
-  for_each(kOperations, test);
-  for_each(kImmediate, test);
+  for_each_on_stage(kOperations, test);
+  for_each_on_stage(kImmediate, test);
 }
 
 TEST_F(AnyOperationTest, OfACameraThatHasLostItsPlace)
 {
-  const auto test = [](const Operation& operation) {
-    CameraStage stage;
+  const auto test = [](const Operation& operation, CameraStage& stage) {
     stage.camera()->SetPosition(kNotANumber, kNotANumber, kNotANumber);
     stage.camera()->SetFocalPoint(kNotANumber, kNotANumber, kNotANumber);
     operation.call(*stage.view, 1, 0);
@@ -491,8 +493,8 @@ TEST_F(AnyOperationTest, OfACameraThatHasLostItsPlace)
     EXPECT_TRUE(CameraPlace(*stage.view).from.is_finite());
     expect_healthy(*stage.view);
   };
-  for_each(kOperations, test);
-  for_each(kImmediate, test);
+  for_each_on_stage(kOperations, test);
+  for_each_on_stage(kImmediate, test);
 }
 
 TEST_F(AnyOperationTest, OfAnEmptyScene)
