@@ -6,11 +6,11 @@
 #include <climits>
 #include <utility>
 
-#include "BrantColorTable.h"
-#include "CubeAxesBounds.h"
+#include "BackgroundColor.h"
 #include "GModelSet.h"
 #include "GViewFlagScope.h"
 #include "GViewRenderPass.h"
+#include "Lighting.h"
 #include "MRUtil.h"
 #include "PropList.h"
 #include "RenderGuard.h"
@@ -18,14 +18,12 @@
 #include "TitleTemplate.h"
 #include "VTKSeam.h"
 #include "ViewCalls.h"
+#include "ViewDecorations.h"
 #include "WindowRestart.h"
 
 #include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
 #include <vtkCommand.h>
-#include <vtkCubeAxesActor2D.h>
-#include <vtkLight.h>
-#include <vtkLightCollection.h>
 #include <vtkNew.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
@@ -47,14 +45,6 @@ constexpr int OverlayLayer = 1;
 
 // Never destroyed, as the registry.
 std::string& gCurrentTitle = *new std::string("Brant ##");
-
-void look_up_color(int id, double* rgb)
-{
-  const BrantColor color = BrantColorTable::lookup_color(id);
-  rgb[0] = color.red() / 255.0;
-  rgb[1] = color.green() / 255.0;
-  rgb[2] = color.blue() / 255.0;
-}
 
 /// Takes renderers out of the window whose frame ends.
 class LeaveAtEndOfFrame : public vtkCommand
@@ -90,8 +80,6 @@ GView* GView::mCurrentView = nullptr;
 int GView::mWindowPosition[4] = {0, 0, 500, 500};
 int GView::mGlobalBackgroundColor = DefaultBackground;
 int GView::mGlobalBackgroundColor2 = DefaultBackground2;
-float GView::mLightIntensity[3] = {0.95F, 0.95F, 0.95F};
-float GView::mAmbientIntensity[3] = {1.0F, 1.0F, 1.0F};
 bool GView::mStereoMode = false;
 bool GView::mUseOffscreen = false;
 
@@ -112,10 +100,12 @@ GView::GView()
   this->set_background(-1);
   this->set_background2(-1);
   this->make_lights();
+  mDecorations->axes.make_triad();
 }
 
 GView::~GView()
 {
+  mDecorations->take_down();
   if (mModelSet != nullptr) {
     mModelSet->remove_view(this);
   }
@@ -156,6 +146,7 @@ void GView::make_renderers()
   mRenderPass = vtkSmartPointer<GViewRenderPass>::New();
   mRenderer->SetPass(mRenderPass);
   mPropList = std::make_unique<morrow::PropList>(*mRenderer);
+  mDecorations = std::make_unique<morrow::ViewDecorations>(*mRenderer);
 }
 
 void GView::make_lights()
@@ -163,13 +154,8 @@ void GView::make_lights()
   const float* light = mLightIntensity;
   mRenderer->CreateLight();
   mRenderer->SetAmbient(mAmbientIntensity[0], mAmbientIntensity[1], mAmbientIntensity[2]);
-  vtkLightCollection* lights = mRenderer->GetLights();
-  vtkCollectionSimpleIterator cookie;
-  lights->InitTraversal(cookie);
-  while (vtkLight* each = lights->GetNextLight(cookie)) {
-    each->SetColor(light[0], light[1], light[1]); // deliberate: green twice, blue never
-    each->SetIntensity((light[0] + light[1] + light[2]) / 3.0);
-  }
+  const double color[3] = {light[0], light[1], light[1]}; // deliberate: green twice, blue never
+  morrow::set_lights(*mRenderer, color, morrow::mean_intensity(light));
 }
 
 std::shared_ptr<GView* const> GView::handle() const
@@ -188,7 +174,9 @@ bool GView::is_drawing() const
 
 void GView::set_render_window(vtkRenderWindow* window)
 {
-  if (this->is_drawing()) {
+  const bool is_drawn_by_another =
+      window != nullptr && window != mRenderWindow && window->CheckInRenderStatus() != 0;
+  if (this->is_drawing() || is_drawn_by_another) {
     return;
   }
   const vtkSmartPointer<vtkRenderWindow> kept = window; // it may be the one to leave
@@ -196,6 +184,7 @@ void GView::set_render_window(vtkRenderWindow* window)
   if (window != nullptr) {
     this->enter_window(window);
   }
+  mDecorations->scalar_bar.update();
 }
 
 void GView::leave_window()
@@ -527,9 +516,17 @@ void GView::prepare_frame(vtkRenderWindow& window)
   const FlagScope preparing(*this, &GView::mIsPreparing);
   const std::shared_ptr<std::exception_ptr> first = mException;
   keep_first(*first, exception_of([this] { this->update_models(); }));
-  if (preparing.view_is_alive() && mCubeAxes != nullptr) {
-    morrow::fit_cube_axes(*mCubeAxes, *mRenderer);
+  if (preparing.view_is_alive()) {
+    keep_first(*first, exception_of([this] { this->prepare_decorations(); }));
   }
+}
+
+void GView::prepare_decorations()
+{
+  mDecorations->follow_background(mBackground, mBackground2);
+  mDecorations->title.fit();
+  mDecorations->scalar_bar.update();
+  mDecorations->cube_axes.fit(); // last: host code may destroy the view in it
 }
 
 // An aborted frame leaves the picture of the last one; the overlay would be drawn over itself.
@@ -578,7 +575,7 @@ void GView::set_background(int id)
 {
   mBackground = id == -1 ? mGlobalBackgroundColor : id;
   double rgb[3];
-  look_up_color(mBackground, rgb);
+  morrow::look_up_color(mBackground, rgb);
   mRenderer->SetBackground(rgb);
   mRenderer->SetGradientBackground(mBackground != mBackground2);
 }
@@ -587,7 +584,7 @@ void GView::set_background2(int id)
 {
   mBackground2 = id == -1 ? mGlobalBackgroundColor2 : id;
   double rgb[3];
-  look_up_color(mBackground2, rgb);
+  morrow::look_up_color(mBackground2, rgb);
   mRenderer->SetBackground2(rgb);
   mRenderer->SetGradientBackground(mBackground != mBackground2);
 }

@@ -4,6 +4,7 @@
 
 #include <exception> // std::exception_ptr
 #include <initializer_list>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -20,7 +21,6 @@ class GModel;
 class GModelSet;
 class GViewRenderPass;
 class vtkCallbackCommand;
-class vtkCubeAxesActor2D;
 class vtkObject;
 class vtkProp;
 class vtkRenderer;
@@ -30,6 +30,7 @@ class vtkScalarBarWidget;
 namespace morrow {
 class CameraMotion;
 class PropList;
+struct ViewDecorations;
 } // namespace morrow
 
 /// One 3-D view, bound to one VTK render window.
@@ -63,15 +64,15 @@ public:
   using Props = std::vector<vtkSmartPointer<vtkProp>>;
   using Registry = std::set<std::shared_ptr<GView>>;
 
-  /// A view with the smallest free id, no name, the global backgrounds and one light, bound to a new window
-  /// with the preferred position and size. It is not registered. Switches stereo off for all windows bound
-  /// from now on.
+  /// A view with the smallest free id, no name, the global backgrounds, one light and the triad, bound to a
+  /// new window with the preferred position and size. It is not registered. Switches stereo off for all
+  /// windows bound from now on.
   GView();
   GView(const GView&) = delete;
   GView& operator=(const GView&) = delete;
 
-  /// Leaves the model set and the window. What the view has handed out, renderers and viewport command, stays
-  /// harmless.
+  /// Takes the decorations out of the main renderer, but for the title, and leaves the model set and the
+  /// window. What the view has handed out, renderers, scalar bar and viewport command, stays harmless.
   ~GView();
 
   // ---- Window and renderers
@@ -80,7 +81,8 @@ public:
   /// preferred position and size, two layers, alpha bit planes, no multisampling, double buffering,
   /// off-screen rendering if set_offscreen() asked for it, stereo if it is on, and the main renderer. A
   /// window that is mapped already is finalised first and started again. Its interactor is made ready again.
-  /// The overlay is disabled. Nothing happens while the bound window draws.
+  /// The overlay is disabled. Nothing happens while the bound window draws, or while the new one renders a
+  /// frame, as that of another view.
   void set_render_window(vtkRenderWindow* window);
 
   /// The bound window or null. The view keeps its reference.
@@ -333,7 +335,8 @@ public:
   /// the window, angle of view, auto-centre and triad.
   void list_view() const;
 
-  // ---- Saved views: cameras under names, shared by all views of the process. Nothing is rendered.
+  // ---- Saved views: cameras under names, shared by all views of the process; see GCameraState. Nothing is
+  // rendered. Names are any bytes and differ in letter case.
 
   /// Saves this view's camera; a camera saved under the name before is overwritten.
   void save_view(const std::string& name);
@@ -343,17 +346,26 @@ public:
   void restore_view(const std::string& name);
 
   // ---- Title
+  //
+  // Title, triad, axis prop, cube axes, legend and scalar bar are props of the main renderer. They may come
+  // and go at any time, also in the middle of a frame, but not while VTK asks a prop for its bounds. Text and
+  // lines whose colour the host has not chosen are black or white from frame to frame, whatever can be read
+  // on the background.
 
   /// Makes the title's actor, which set_title() and set_title_color() do by themselves: centred at the top.
+  /// Nothing when there is one.
   void create_title();
 
-  /// Shows text as title; null or empty hides it.
+  /// Shows text (UTF-8, copied) as title; null or empty hides it. Lines that are wider than the window are
+  /// cut off at its sides.
   void set_title(const char* text);
 
-  /// 3 doubles from 0 to 1. Null does nothing.
+  /// 3 doubles from 0 to 1. Until then the title is black or white, whatever can be read on the background's
+  /// upper colour. Null and what is not finite do nothing.
   void set_title_color(const double* rgb);
 
-  /// In points, for this view's title and for all made later. Default 12. Not above 0 does nothing.
+  /// In points, for this view's title and for all made later. Default 12. Not above 0 does nothing; above 500
+  /// is 500.
   void set_title_font_size(int points);
 
   // ---- Axes
@@ -365,15 +377,21 @@ public:
   /// Whether the display point (pixels from the bottom left) is on the triad, its border included. Never when
   /// it is hidden.
   [[nodiscard]] bool triad_clicked(int x, int y) const;
+
+  /// The colour of the triad's letters; alpha is ignored. Until then black or white, whatever can be read on
+  /// the background's lower colour.
   void set_triad_label_color(BrantColor color);
 
-  /// The axis prop, by default hidden, and its form. Default MRUtil::AXIS_3D.
+  /// The axis prop, a GAxis, by default hidden, and its form. Default MRUtil::AXIS_3D. Another form replaces
+  /// a prop that is shown.
   void set_axis_vis(bool on);
   [[nodiscard]] bool get_axis_vis() const;
   void set_axis_type(MRUtil::AxisType type);
   [[nodiscard]] MRUtil::AxisType get_axis_type() const;
 
-  /// Axes with numbers along the outer edges of the box around everything visible. Default hidden.
+  /// Axes with five numbers each along the outer edges of the box around everything visible. Each axis prints
+  /// as many digits as its own range needs. Axes that are too short on the screen, because the box is flat or
+  /// is seen from the side, are left out. They take no part in camera resets. Default hidden.
   void set_cube_axes_vis(bool on);
   [[nodiscard]] bool get_cube_axes_vis() const;
 
@@ -384,34 +402,43 @@ public:
   void set_legend_vis(bool on);
   [[nodiscard]] bool get_legend_vis() const;
 
-  /// Takes the widget in place of the one held, which is detached from its interactor; null only lets go. The
-  /// view keeps a reference. The widget gets the window's interactor; its text gets the label colour.
+  /// Takes the widget in place of the one held, which is switched off and detached from its interactor; null
+  /// only lets go. The view keeps a reference. The widget gets the main renderer and the window's interactor,
+  /// also one that comes or is replaced later, or that of another window of the view; it stays on or off as
+  /// it is. Its text gets the label colour. A widget that another view takes belongs to that view from then
+  /// on.
   void set_scalar_bar(vtkScalarBarWidget* widget);
+  /// The widget held, or null.
   [[nodiscard]] vtkScalarBarWidget* get_scalar_bar() const;
 
   /// Makes and shows a scalar bar from min to max: of these colours, if there are any; otherwise of hues from
-  /// blue to red, or VTK's default hues with keep_hues. The text gets the label colour for this background.
-  /// It is shown without an interactor as well.
+  /// blue to red, or VTK's default hues with keep_hues. The text gets the label colour for the background of
+  /// this moment, and the numbers as many digits as the range needs. While the window has no interactor,
+  /// which VTK's widget needs, the bar is shown by itself in the same place. Limits in falling order are
+  /// exchanged; limits that are not finite do nothing.
   void setup_scalar_bar(double min, double max, bool keep_hues, const std::vector<BrantColor>& colors);
 
-  /// 3 doubles from 0 to 1, default (1, 1, 1). Null does nothing.
+  /// The colour of the bar's text, now and for widgets taken later: 3 doubles from 0 to 1, default (1, 1, 1).
+  /// Null and what is not finite do nothing.
   void set_scalar_bar_label_color(const double* rgb);
 
   /// The colour id of labels that can be read on the background: 0 when the mean channel of both backgrounds
   /// is above 0.6, otherwise 9.
   [[nodiscard]] int get_label_color_from_background() const;
 
-  // ---- Lighting of all registered views; components from 0 to 1
+  // ---- Lighting of all registered views, and of those made later; components from 0 to 1, which VTK gets
+  // as 0.5 to 2. The getters are exact to the precision of float.
 
-  /// Light colour 0.3 and ambient colour 1/3, as VTK takes them 0.95 and 1.
+  /// Light intensity 0.3 and ambient intensity 1/3, the defaults: 0.95 and 1 for VTK.
   static void reset_lighting();
 
-  /// A component outside [0, 1] is the warning "Ambient light intensity must be between 0 and 1\n" and
-  /// nothing changes.
+  /// The ambient colour. A component that is not from 0 to 1 is the warning "Ambient light intensity must be
+  /// between 0 and 1\n" and nothing changes.
   static void set_ambient_light_intensity(float r, float g, float b);
   static void get_ambient_light_intensity(float& r, float& g, float& b);
 
-  /// Likewise "Light intensity must be between 0 and 1\n".
+  /// The colour of every light; its intensity becomes the components' mean. Likewise "Light intensity must be
+  /// between 0 and 1\n". A new view's light takes the second component for its third: deliberate.
   static void set_light_intensity(float r, float g, float b);
   static void get_light_intensity(float& r, float& g, float& b);
 
@@ -512,6 +539,7 @@ private:
   void fit_view_angle(vtkRenderWindow& window);
   void frame_visible();
   void prepare_frame(vtkRenderWindow& window);
+  void prepare_decorations();
   [[nodiscard]] bool is_in_frame() const;
   [[nodiscard]] bool can_render() const;
   void run_frame(std::initializer_list<void (GView::*)()> steps);
@@ -526,6 +554,7 @@ private:
   vtkSmartPointer<vtkRenderer> mOverlayRenderer;
   vtkSmartPointer<GViewRenderPass> mRenderPass;
   std::unique_ptr<morrow::PropList> mPropList;
+  std::unique_ptr<morrow::ViewDecorations> mDecorations;
   GModelSet* mModelSet = nullptr;
   int mId = -1;
   std::string mName;
@@ -534,7 +563,6 @@ private:
   int mBackground2;
   bool mIs2dMode = false;
   bool mIsAutoCenterOff = false;
-  vtkSmartPointer<vtkCubeAxesActor2D> mCubeAxes;
   vtkSmartPointer<vtkCallbackCommand> mViewportObserver;
 
   // What all views of the process share.
@@ -547,6 +575,7 @@ private:
   static float mAmbientIntensity[3];
   static bool mStereoMode;
   static bool mUseOffscreen;
+  static std::map<std::string, GCameraState*>& mSavedViews;
 
   std::shared_ptr<GView*> mHandle;
   bool mIsOverlayHeld = false;

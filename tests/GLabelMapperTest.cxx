@@ -1680,6 +1680,7 @@ protected:
     view.get_render_window()->SetSize(100, 100);
     view.set_background(0);
     view.set_background2(0);
+    view.set_triad_vis(false); // its labels would be recorded, too
     vtkCamera* camera = view.get_renderer()->GetActiveCamera();
     camera->ParallelProjectionOn();
     camera->SetParallelScale(1.0);

@@ -408,6 +408,7 @@ TEST_F(GLabelOracleSceneTest, TheSecondRendererOfAWindowIsJudgedByTheFirstOnesFr
 TEST_F(GLabelOracleSceneTest, AViewDrawsTheLabelsOfTheOracle)
 {
   GView view;
+  view.set_triad_vis(false); // its labels would be recorded, too
   view.get_render_window()->SetSize(180, 140);
   view.add_props({mProbe}); // before the labels
   view.add_props({mContents.actors.begin(), mContents.actors.end()});

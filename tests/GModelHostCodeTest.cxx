@@ -30,7 +30,7 @@ TEST_F(GModelExceptionTest, EmptyFunctionThrowsAndLeavesNothing)
   EXPECT_THROW(mModel.add_part(mData[0], PartPropFunction()), std::bad_function_call);
   EXPECT_EQ(mData[0]->GetReferenceCount(), 1);
   EXPECT_EQ(num_part_props(mView), 0);
-  GView next;
+  PlainView next;
   EXPECT_NO_THROW(mModel.add_view(&next)); // the function is not stored either
 }
 
@@ -135,7 +135,7 @@ TEST_F(GModelExceptionTest, FailingPartMayHaveLeftByItself)
 
 TEST_F(GModelExceptionTest, ViewOfAFailingPartMayHaveLeftByItself)
 {
-  auto view = std::make_unique<GView>();
+  auto view = std::make_unique<PlainView>();
   mModel.add_part(mData[0], [&](vtkDataObject*, GView*) -> Props {
     view.reset();
     throw HostError("host");
@@ -435,7 +435,7 @@ TEST_F(GModelReentrancyTest, PropFunctionMayUnhookAndHook)
 
 TEST_F(GModelReentrancyTest, PropFunctionMayDestroyItsView)
 {
-  auto view = std::make_unique<GView>();
+  auto view = std::make_unique<PlainView>();
   Maker other;
   mModel.add_part(mData[0], acting_once([&](vtkDataObject*, GView*) { view.reset(); }));
   mModel.add_part(mData[1], other.function());
@@ -840,7 +840,7 @@ class GModelDeadViewTest : public ModelTest, public ::testing::WithParamInterfac
 
 TEST_P(GModelDeadViewTest, IsNoticedAndItsPropsLetGo)
 {
-  auto dying = std::make_unique<GView>();
+  auto dying = std::make_unique<PlainView>();
   GView* dead = dying.get();
   mModel.add_view(&mView);
   mModel.add_view(dead);
@@ -862,7 +862,7 @@ INSTANTIATE_TEST_SUITE_P(
         AfterViewDied{"RemoveView", [](auto& model, auto* dead, auto*) { model.remove_view(dead); }},
         AfterViewDied{"AddView",
                       [](auto& model, auto*, auto*) {
-                        GView another;
+                        PlainView another;
                         model.add_view(&another);
                         model.remove_view(&another);
                       }},
@@ -883,12 +883,12 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(GModelLifeTest, ViewMayDieBeforeTheModel)
 {
   {
-    GView view;
+    PlainView view;
     mModel.add_view(&view);
     mModel.add_part(mData[0], mMaker.function());
   }
   {
-    GView view;
+    PlainView view;
     mModel.unhook_from_views();
     mModel.add_view(&view); // and again, unhooked
   }
@@ -911,6 +911,7 @@ public:
       mView->~GView();
     }
     mView = new (mRoom) GView;
+    mView->set_triad_vis(false);
     return mView;
   }
 

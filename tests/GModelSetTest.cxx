@@ -114,7 +114,7 @@ TEST_F(GModelSetTest, DuplicatesChangeNothing)
 TEST_F(GModelSetTest, NullsAndStrangersChangeNothing)
 {
   fill();
-  GView stranger;
+  PlainView stranger;
   ScriptedModel foreign;
   stranger.add_props({vtkSmartPointer<vtkActor>::New()});
   foreign.add_view(&stranger);
@@ -835,7 +835,7 @@ TEST_P(GModelSetOrderTest, LeavesNothingBehind)
   Maker maker;
   auto set = std::make_unique<GModelSet>();
   auto model = std::make_unique<ScriptedModel>();
-  auto view = std::make_shared<GView>();
+  auto view = std::make_shared<PlainView>();
   set->add_model(model.get());
   set->add_view(view.get());
   model->add_part(data[0], maker.function());

@@ -38,7 +38,7 @@ TEST(GModelTest, StartsHookedInFlatMode)
 TEST(GModelTest, StartsWithoutPartsAndLabels)
 {
   ScriptedModel model;
-  GView view;
+  PlainView view;
   model.add_view(&view);
   ASSERT_EQ(shown(view).size(), 1U);
   ASSERT_EQ(label_actors(view).size(), 1U);
@@ -62,7 +62,7 @@ TEST(GModelTest, ConstructorSwitchesNormalDirectedLightingOff)
 // It is the host's; only constructors write it.
 TEST(GModelTest, LeavesNormalDirectedLightingAloneAfterConstruction)
 {
-  GView view;
+  PlainView view;
   {
     ScriptedModel model;
     GModel::mNormalDirectedLighting = true;
@@ -112,7 +112,7 @@ TEST(GModelTest, KeepsAnyRenderMode)
 TEST(GModelTest, RenderModeTouchesNeitherPartsNorProperties)
 {
   ScriptedModel model;
-  GView view;
+  PlainView view;
   Maker maker;
   const auto data = sorted_data(1);
   model.add_view(&view);
@@ -425,7 +425,7 @@ TEST(GModelWarningsTest, ErrorsOfVtkAreSilentToo)
 TEST(GModelWarningsTest, NoOperationPrints)
 {
   const PrintCapture prints;
-  GView view;
+  PlainView view;
   ScriptedModel model;
   const auto data = sorted_data(1);
   model.add_part(data[0], nothing());
@@ -533,8 +533,8 @@ TEST_F(GModelPartsTest, PartIsMadeOnceForEachView)
 
 TEST_F(GModelPartsTest, AddPartTwiceKeepsTheFirstFunction)
 {
-  GView before;
-  GView after;
+  PlainView before;
+  PlainView after;
   Maker first;
   Maker second;
   mModel.add_view(&before);
@@ -686,8 +686,8 @@ TEST_F(GModelPartsTest, ViewThatComesBackGetsNewProps)
 
 TEST_F(GModelPartsTest, RemovingAnAbsentViewDoesNothing)
 {
-  GView connected;
-  GView stranger;
+  PlainView connected;
+  PlainView stranger;
   const vtkNew<vtkActor> prop;
   mModel.add_part(mData[0], always(prop));
   mModel.add_view(&connected);
@@ -1452,7 +1452,7 @@ TEST_F(GModelFrameTest, ViewAndModelMayDieAfterAFrameInAnyOrder)
 {
   for (const bool view_first : {true, false}) {
     auto model = std::make_unique<ScriptedModel>();
-    auto view = std::make_unique<GView>();
+    auto view = std::make_unique<PlainView>();
     model->add_view(view.get());
     model->add_part(quad(-0.5, -0.5, 0.5, 0.5), show_flat(kRed));
     model->add_label("x", BrantVector(0.0, 0.0, 0.0), BRANT_GREEN);

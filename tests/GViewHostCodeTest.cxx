@@ -222,23 +222,37 @@ TEST_F(ChangesWhileDrawingTest, TheOverlayIsNeitherEnabledNorDisabled)
   }
 }
 
-// What that frame shows is left open; the next ones are sound.
-TEST_F(ChangesWhileDrawingTest, AnotherViewMayBindTheWindowAndLeaveIt)
+TEST_F(ChangesWhileDrawingTest, AnotherViewDoesNotBindTheWindow)
 {
   FullViewStage stage;
   GView::set_preferred_window_size(100, 100);
   const auto other = make_view();
   const vtkSmartPointer<vtkRenderWindow> own = other->get_render_window();
   show(*other, flat_square(kWhite));
-  const auto prop = CallingProp::make();
-  show(*stage.view, prop);
-  const Image before = picture(*stage.view);
-  prop->on_opaque = [&] { other->set_render_window(stage.window()); };
-  stage.view->render();
-  prop->on_opaque = nullptr;
-  other->set_render_window(own);
-  EXPECT_TRUE(picture(*stage.view) == before);
+  expect_undisturbed(stage, [&] { other->set_render_window(stage.window()); });
+  EXPECT_EQ(other->get_render_window(), own);
   EXPECT_EQ(count_pixels(picture(*other), colour_is(kWhite)), 50 * 50);
+}
+
+// Nor at the frame's start: it is finalised for it, and would draw on without a context.
+TEST_F(ChangesWhileDrawingTest, AnotherViewDoesNotBindTheWindowInAnUpdate)
+{
+  FullViewStage stage;
+  const auto other = make_view();
+  const vtkSmartPointer<vtkRenderWindow> own = other->get_render_window();
+  const Image before = picture(*stage.view);
+  stage.model.on_update = [&] {
+    if (stage.window()->CheckInRenderStatus() != 0) {
+      other->set_render_window(stage.window());
+      EXPECT_EQ(other->get_render_window(), own);
+    }
+  };
+  const int updates = stage.model.updates;
+  EXPECT_TRUE(picture(*stage.view) == before);
+  EXPECT_EQ(stage.model.updates, updates + 2); // before the frame and at its start
+  stage.model.on_update = nullptr;
+  other->set_render_window(stage.window()); // afterwards it may
+  EXPECT_EQ(other->get_render_window(), stage.window());
 }
 
 TEST_F(ChangesWhileDrawingTest, StereoIsNotSwitchedUnderTheFrame)

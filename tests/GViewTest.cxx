@@ -3,6 +3,7 @@
 #include "GView.h"
 
 #include "BrantVector.h"
+#include "GAxis.h"
 #include "GViewRenderPass.h"
 #include "ViewFixture.h"
 
@@ -32,6 +33,17 @@ namespace {
 using namespace morrow_test;
 
 using Props = GView::Props;
+
+std::vector<vtkProp*> props_of(vtkRenderer* renderer)
+{
+  std::vector<vtkProp*> props;
+  vtkCollectionSimpleIterator cookie;
+  renderer->GetViewProps()->InitTraversal(cookie);
+  while (vtkProp* prop = renderer->GetViewProps()->GetNextProp(cookie)) {
+    props.push_back(prop);
+  }
+  return props;
+}
 
 // --- A new view
 // ---------------------------------------------------------------------------------------------------
@@ -148,10 +160,16 @@ TEST_F(NewViewTest, HasId1AndIsNotRegistered)
   EXPECT_EQ(GView::get_current_view(), nullptr);
 }
 
-TEST_F(NewViewTest, HasNoProps)
+TEST_F(NewViewTest, ShowsItsTriadAndNothingElse)
 {
   const GView view;
-  EXPECT_EQ(view.get_renderer()->GetViewProps()->GetNumberOfItems(), 0);
+  EXPECT_TRUE(view.get_triad_vis());
+  const auto props = props_of(view.get_renderer());
+  ASSERT_EQ(props.size(), 1U);
+  auto* triad = GAxis::SafeDownCast(props.front());
+  ASSERT_NE(triad, nullptr);
+  EXPECT_EQ(triad->get_type(), MRUtil::AXIS_2D);
+  EXPECT_EQ(triad->get_renderer(), view.get_renderer());
   EXPECT_EQ(view.get_overlay_renderer()->GetViewProps()->GetNumberOfItems(), 0);
 }
 
@@ -521,20 +539,9 @@ TEST_F(PreferencesTest, OffscreenIsForWindowsBoundAfterwards)
 
 using ViewPropsTest = ViewTest;
 
-std::vector<vtkProp*> props_of(vtkRenderer* renderer)
-{
-  std::vector<vtkProp*> props;
-  vtkCollectionSimpleIterator cookie;
-  renderer->GetViewProps()->InitTraversal(cookie);
-  while (vtkProp* prop = renderer->GetViewProps()->GetNextProp(cookie)) {
-    props.push_back(prop);
-  }
-  return props;
-}
-
 TEST_F(ViewPropsTest, AreAddedToTheMainRendererInVectorOrder)
 {
-  GView view;
+  PlainView view;
   const auto a = vtkSmartPointer<vtkActor>::New();
   const auto b = vtkSmartPointer<vtkActor>::New();
   const auto c = vtkSmartPointer<vtkActor>::New();
@@ -546,7 +553,7 @@ TEST_F(ViewPropsTest, AreAddedToTheMainRendererInVectorOrder)
 
 TEST_F(ViewPropsTest, AreRemovedAndTheOthersKeepTheirOrder)
 {
-  GView view;
+  PlainView view;
   const auto a = vtkSmartPointer<vtkActor>::New();
   const auto b = vtkSmartPointer<vtkActor>::New();
   const auto c = vtkSmartPointer<vtkActor>::New();
@@ -559,7 +566,7 @@ TEST_F(ViewPropsTest, AreRemovedAndTheOthersKeepTheirOrder)
 
 TEST_F(ViewPropsTest, NullRepeatedAndAbsentOnesArePassedOver)
 {
-  GView view;
+  PlainView view;
   const auto a = vtkSmartPointer<vtkActor>::New();
   const auto b = vtkSmartPointer<vtkActor>::New();
   view.add_props({nullptr, a, a, nullptr});
@@ -574,7 +581,7 @@ TEST_F(ViewPropsTest, NullRepeatedAndAbsentOnesArePassedOver)
 
 TEST_F(ViewPropsTest, CanBeChangedWithoutAWindow)
 {
-  GView view;
+  PlainView view;
   view.set_render_window(nullptr);
   const auto a = vtkSmartPointer<vtkActor>::New();
   view.add_props({a});
@@ -904,7 +911,7 @@ using ViewModelSetTest = ViewTest;
 TEST_F(ViewModelSetTest, TakesTheViewIn)
 {
   GModelSet set;
-  GView view;
+  PlainView view;
   view.set_model_set(&set);
   EXPECT_EQ(view.get_model_set(), &set);
   EXPECT_EQ(set.views(), std::vector<GView*>{&view});
@@ -940,7 +947,7 @@ TEST_F(ViewModelSetTest, ChangesFromOneToAnother)
   a.add_model(&model);
   const auto data = one_triangle();
   model.add_part(data, show_flat(kRed));
-  GView view;
+  PlainView view;
   view.set_model_set(&a);
   EXPECT_EQ(view.get_renderer()->GetViewProps()->GetNumberOfItems(), 2); // the part and the labels
   view.set_model_set(&b);
@@ -953,7 +960,7 @@ TEST_F(ViewModelSetTest, ChangesFromOneToAnother)
 TEST_F(ViewModelSetTest, NullLeavesIt)
 {
   GModelSet set;
-  GView view;
+  PlainView view;
   view.set_model_set(nullptr);
   view.set_model_set(&set);
   view.set_model_set(nullptr);
@@ -963,7 +970,7 @@ TEST_F(ViewModelSetTest, NullLeavesIt)
 
 TEST_F(ViewModelSetTest, AgreesWithASetThatIsChangedByHand)
 {
-  GView view;
+  PlainView view;
   {
     GModelSet set;
     set.add_view(&view);
@@ -982,7 +989,7 @@ TEST_F(ViewModelSetTest, IsLeftWhenItsPropFunctionThrows)
   set.add_model(&model);
   const auto data = one_triangle();
   model.add_part(data, [](vtkDataObject*, GView*) -> Props { throw HostError("props"); });
-  GView view;
+  PlainView view;
   EXPECT_EQ(thrown_by([&] { view.set_model_set(&set); }), "props");
   EXPECT_EQ(view.get_model_set(), nullptr);
   EXPECT_TRUE(set.views().empty());
@@ -995,7 +1002,7 @@ TEST_F(ViewModelSetTest, MayBeChangedFromAPropFunction)
   GModelSet b;
   ScriptedModel model;
   a.add_model(&model);
-  GView view;
+  PlainView view;
   const auto data = one_triangle();
   model.add_part(data, [&](vtkDataObject*, GView*) -> Props {
     view.set_model_set(&b);

@@ -200,7 +200,7 @@ inline PartPropFunction one_prop()
 /// Makes the props of all parts once more.
 [[nodiscard]] inline vtkSmartPointer<vtkActor2D> label_actor(GModel& model)
 {
-  GView view;
+  PlainView view;
   model.add_view(&view);
   const auto actors = label_actors(view);
   vtkSmartPointer<vtkActor2D> actor;
@@ -243,7 +243,7 @@ class ModelTest : public ViewTest
 {
 protected:
   RemovalModel mModel;
-  GView mView;
+  PlainView mView;
   Maker mMaker;
   std::vector<vtkSmartPointer<vtkPolyData>> mData = sorted_data(3);
 };

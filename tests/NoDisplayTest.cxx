@@ -16,11 +16,14 @@
 
 #include <vtkActor.h>
 #include <vtkActor2D.h>
+#include <vtkCamera.h>
 #include <vtkNew.h>
 #include <vtkPolyData.h>
 #include <vtkPropCollection.h>
 #include <vtkRenderWindow.h>
+#include <vtkRenderWindowInteractor.h>
 #include <vtkRenderer.h>
+#include <vtkScalarBarWidget.h>
 #include <vtkTextProperty.h>
 
 #include <csignal>
@@ -74,9 +77,10 @@ PartPropFunction actors(int count)
   return [=](vtkDataObject* data, GView*) { return some_actors(data, count); };
 }
 
+/// Besides the triad.
 int num_shown(const GView& view)
 {
-  return view.get_renderer()->GetViewProps()->GetNumberOfItems();
+  return view.get_renderer()->GetViewProps()->GetNumberOfItems() - (view.get_triad_vis() ? 1 : 0);
 }
 
 class NoDisplayTest : public ::testing::Test
@@ -141,6 +145,66 @@ TEST_F(NoDisplayTest, AViewIsConfigured)
   EXPECT_NE(view.update_viewport_command(), nullptr);
   view.get_renderer()->ResetCamera();
   view.get_overlay_renderer()->ResetCamera();
+}
+
+TEST_F(NoDisplayTest, AViewIsDecorated)
+{
+  const double red[3] = {1.0, 0.0, 0.0};
+  GView view;
+  EXPECT_TRUE(view.get_triad_vis());
+  EXPECT_FALSE(view.triad_clicked(-1, -1));
+  view.set_triad_label_color(BRANT_RED);
+  view.create_title();
+  view.set_title("title");
+  view.set_title_color(red);
+  view.set_title_font_size(12);
+  view.set_axis_vis(true);
+  view.set_axis_type(MRUtil::AXIS_1D);
+  view.set_cube_axes_vis(true);
+  view.get_renderer()->GetActiveCamera()->ParallelProjectionOn();
+  view.set_legend_vis(true);
+  view.setup_scalar_bar(0.0, 1.0, false, {BRANT_RED, BRANT_BLUE});
+  view.set_scalar_bar_label_color(red);
+  EXPECT_EQ(num_shown(view), 5);
+  view.set_render_window(nullptr);
+  view.set_render_window(vtkNew<vtkRenderWindow>());
+  view.set_cube_axes_vis(false);
+  view.set_legend_vis(false);
+  EXPECT_EQ(num_shown(view), 3); // the others go with the view
+}
+
+TEST_F(NoDisplayTest, ScalarBarsTakeWhateverInteractorThereIs)
+{
+  GView view;
+  const vtkNew<vtkRenderWindowInteractor> interactor;
+  interactor->SetRenderWindow(view.get_render_window());
+  view.setup_scalar_bar(0.0, 1.0, false, {});
+  EXPECT_EQ(view.get_scalar_bar()->GetInteractor(), interactor.Get());
+  view.get_render_window()->SetInteractor(nullptr);
+  view.set_scalar_bar(nullptr);
+}
+
+TEST_F(NoDisplayTest, LightIsChosen)
+{
+  const auto view = std::make_shared<GView>();
+  GView::add_global_view(view);
+  GView::set_light_intensity(1.0F, 0.5F, 0.0F);
+  GView::set_ambient_light_intensity(0.0F, 0.5F, 1.0F);
+  EXPECT_EQ(view->get_renderer()->GetAmbient()[2], 2.0);
+  GView::reset_lighting();
+  EXPECT_EQ(view->get_renderer()->GetAmbient()[2], 1.0);
+  GView::remove_global_view(view);
+}
+
+TEST_F(NoDisplayTest, CamerasAreSavedUnderNames)
+{
+  GView first;
+  GView second;
+  first.get_renderer()->GetActiveCamera()->SetParallelScale(7.0);
+  first.save_view("here");
+  second.restore_view("here");
+  second.restore_view("nowhere");
+  first.save_view("here");
 }
 
 TEST_F(NoDisplayTest, AViewChangesItsWindow)

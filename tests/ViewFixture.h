@@ -101,11 +101,18 @@ public:
   }
 };
 
-/// A view of this window size, in black, that looks along -z onto the square from (-1, -1) to (1, 1): the
-/// square fills the shorter side. Not registered, not rendered.
+/// A view without its triad: it shows what the test puts there and nothing else.
+class PlainView : public GView
+{
+public:
+  PlainView() { this->set_triad_vis(false); }
+};
+
+/// A view of this window size, in black and without triad, that looks along -z onto the square from (-1, -1)
+/// to (1, 1): the square fills the shorter side. Not registered, not rendered.
 inline std::shared_ptr<GView> make_view(int width = 100, int height = 100)
 {
-  auto view = std::make_shared<GView>();
+  const std::shared_ptr<GView> view = std::make_shared<PlainView>();
   view->set_background(0);
   view->set_background2(0);
   view->get_render_window()->SetSize(width, height);

@@ -50,6 +50,7 @@ Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const
 {
   mModelSet.add_model(&mModel);
   mView.set_model_set(&mModelSet);
+  mView.set_triad_vis(false);
   mView.set_background(options.bottom_background);
   mView.set_background2(options.top_background);
   mView.set_title_bar(("meshview - " + files.front().path).c_str());
