@@ -21,7 +21,7 @@ needs_no_window() {
   local argument
   for argument in "$@"; do
     case $argument in
-    --image | --image=* | --help | -h | --version) return 0 ;;
+    --image | --image=* | --save | --save=* | --help | -h | --version) return 0 ;;
     esac
   done
   return 1
@@ -53,3 +53,4 @@ draw bracket-side --view=-y
 draw bracket-top --view=+z
 draw bracket-labels --view iso --labels blocks
 draw bracket-quality --view iso --color-by MeanRatio
+draw bracket-decorated --title "Bearing bracket" --triad --cube-axes --legend --scalar-bar MeanRatio

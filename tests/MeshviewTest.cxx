@@ -2,11 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 //
 // The mesh viewer as its users meet it: a program with arguments, an exit status, two streams and pictures.
-#include "TestSupport.h"
+#include "MeshviewSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <vtkCellArray.h>
 #include <vtkCellData.h>
 #include <vtkCellType.h>
 #include <vtkDoubleArray.h>
@@ -17,286 +14,30 @@
 #include <vtkOBJWriter.h>
 #include <vtkPLYWriter.h>
 #include <vtkPointData.h>
-#include <vtkPolyData.h>
 #include <vtkPolyDataWriter.h>
 #include <vtkSTLWriter.h>
-#include <vtkUnstructuredGrid.h>
 #include <vtkUnstructuredGridWriter.h>
 #include <vtkXMLMultiBlockDataWriter.h>
 #include <vtkXMLPolyDataWriter.h>
 #include <vtkXMLUnstructuredGridWriter.h>
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <X11/keysym.h>
-
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <ostream>
-#include <string>
-#include <thread>
 #include <utility>
-#include <vector>
-
-#ifndef MESHVIEW_PROGRAM
-#error "MESHVIEW_PROGRAM is the path of the program under test"
-#endif
-
-extern char** environ;
 
 namespace fs = std::filesystem;
 
 namespace {
 
 using namespace morrow_test;
-
-// --- Running the program ---------------------------------------------------------------------------------
-
-constexpr auto kPatience = std::chrono::seconds(50);
-
-/// What became of a run.
-struct Outcome
-{
-  int status = -1; ///< exit status; minus the signal's number when a signal ended the program
-  std::string out;
-  std::string err;
-};
-
-void PrintTo(const Outcome& outcome, std::ostream* out)
-{
-  *out << "status " << outcome.status << "\nstandard output:\n"
-       << outcome.out << "standard error:\n"
-       << outcome.err;
-}
-
-/// The program while it runs.
-class Process
-{
-public:
-  /// with_terminal: standard error is a terminal. without_display: DISPLAY is not set.
-  explicit Process(const std::vector<std::string>& arguments, bool with_terminal = false,
-                   bool without_display = false)
-  {
-    int out[2] = {-1, -1};
-    EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
-    int err[2] = {-1, -1};
-    if (with_terminal) {
-      open_terminal(err);
-    } else {
-      EXPECT_EQ(pipe2(err, O_CLOEXEC), 0);
-    }
-    start(arguments, out[1], err[1], without_display);
-    close(out[1]);
-    close(err[1]);
-    mOut = out[0];
-    mErr = err[0];
-  }
-
-  ~Process()
-  {
-    if (mId > 0) {
-      kill(mId, SIGKILL);
-      waitpid(mId, nullptr, 0);
-    }
-    close(mOut);
-    close(mErr);
-  }
-
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
-
-  void send(int signal) const { kill(mId, signal); }
-
-  /// Reads until the program has written the text to standard error; false when it has ended before.
-  bool wait_for_error_text(const std::string& text)
-  {
-    while (mOutcome.err.find(text) == std::string::npos) {
-      if (!read_some()) {
-        return false;
-      }
-    }
-    return true;
-  }
-
-  Outcome wait()
-  {
-    while (read_some()) {
-    }
-    int status = 0;
-    waitpid(mId, &status, 0);
-    mId = -1;
-    mOutcome.status = WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
-    return mOutcome;
-  }
-
-private:
-  static void open_terminal(int (&ends)[2])
-  {
-    ends[0] = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    EXPECT_EQ(grantpt(ends[0]) + unlockpt(ends[0]), 0);
-    ends[1] = open(ptsname(ends[0]), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    EXPECT_GE(ends[1], 0);
-  }
-
-  void start(const std::vector<std::string>& arguments, int out, int err, bool without_display)
-  {
-    std::vector<std::string> words = {MESHVIEW_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words) {
-      argv.push_back(word.data());
-    }
-    argv.push_back(nullptr);
-    std::vector<char*> environment;
-    for (char** variable = environ; *variable != nullptr; ++variable) {
-      if (!without_display || std::strncmp(*variable, "DISPLAY=", 8) != 0) {
-        environment.push_back(*variable);
-      }
-    }
-    environment.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, err, STDERR_FILENO);
-    EXPECT_EQ(posix_spawn(&mId, MESHVIEW_PROGRAM, &actions, nullptr, argv.data(), environment.data()), 0);
-    posix_spawn_file_actions_destroy(&actions);
-  }
-
-  /// Reads what there is; false at the end of both streams or of our patience.
-  bool read_some()
-  {
-    pollfd streams[2] = {{mOutIsOpen ? mOut : -1, POLLIN, 0}, {mErrIsOpen ? mErr : -1, POLLIN, 0}};
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(mDeadline - std::chrono::steady_clock::now());
-    if ((!mOutIsOpen && !mErrIsOpen) ||
-        poll(streams, 2, static_cast<int>(std::max<long>(left.count(), 0))) <= 0) {
-      if (mOutIsOpen || mErrIsOpen) {
-        ADD_FAILURE() << "no patience left";
-        kill(mId, SIGKILL);
-      }
-      return false;
-    }
-    mOutIsOpen = mOutIsOpen && (streams[0].revents == 0 || append(mOut, mOutcome.out));
-    mErrIsOpen = mErrIsOpen && (streams[1].revents == 0 || append(mErr, mOutcome.err));
-    return mOutIsOpen || mErrIsOpen;
-  }
-
-  /// False at the end of the stream, which on a terminal is an error.
-  static bool append(int descriptor, std::string& text)
-  {
-    char buffer[4096];
-    const ssize_t count = read(descriptor, buffer, sizeof buffer);
-    if (count > 0) {
-      text.append(buffer, static_cast<std::size_t>(count));
-    }
-    return count > 0;
-  }
-
-  std::chrono::steady_clock::time_point mDeadline = std::chrono::steady_clock::now() + kPatience;
-  pid_t mId = -1;
-  int mOut = -1;
-  int mErr = -1;
-  bool mOutIsOpen = true;
-  bool mErrIsOpen = true;
-  Outcome mOutcome;
-};
-
-Outcome run(const std::vector<std::string>& arguments)
-{
-  return Process(arguments).wait();
-}
-
-std::size_t count_lines(const std::string& text)
-{
-  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-}
-
-// --- Small meshes ----------------------------------------------------------------------------------------
-
-/// The unit cube as 1 hexahedron, or with the corner points of a box.
-vtkSmartPointer<vtkUnstructuredGrid> hexahedra(const std::vector<double>& x_borders)
-{
-  vtkNew<vtkPoints> points;
-  for (const double x : x_borders) {
-    for (const auto& [y, z] : {std::pair(0, 0), std::pair(1, 0), std::pair(1, 1), std::pair(0, 1)}) {
-      points->InsertNextPoint(x, y, z);
-    }
-  }
-  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(points);
-  for (vtkIdType cell = 0; cell + 1 < static_cast<vtkIdType>(x_borders.size()); ++cell) {
-    const vtkIdType a = 4 * cell;
-    const vtkIdType corners[8] = {a, a + 4, a + 5, a + 1, a + 3, a + 7, a + 6, a + 2};
-    grid->InsertNextCell(VTK_HEXAHEDRON, 8, corners);
-  }
-  return grid;
-}
-
-/// The six sides of the cube from -1 to 1, in the order +x, -x, +y, -y, +z, -z, with the cell array "side" 0
-/// to 5 and the point array "corner", whose value is the point's z.
-vtkSmartPointer<vtkPolyData> cube_sides()
-{
-  vtkNew<vtkPoints> points;
-  vtkNew<vtkDoubleArray> corner;
-  corner->SetName("corner");
-  for (int i = 0; i < 8; ++i) {
-    points->InsertNextPoint((i & 1) != 0 ? 1 : -1, (i & 2) != 0 ? 1 : -1, (i & 4) != 0 ? 1 : -1);
-    corner->InsertNextValue((i & 4) != 0 ? 1 : -1);
-  }
-  auto cube = vtkSmartPointer<vtkPolyData>::New();
-  cube->SetPoints(points);
-  cube->GetPointData()->AddArray(corner);
-  const vtkIdType sides[6][4] = {{1, 3, 7, 5}, {0, 4, 6, 2}, {2, 6, 7, 3},
-                                 {0, 1, 5, 4}, {4, 5, 7, 6}, {0, 2, 3, 1}};
-  vtkNew<vtkCellArray> polygons;
-  vtkNew<vtkIntArray> side;
-  side->SetName("side");
-  for (int i = 0; i < 6; ++i) {
-    polygons->InsertNextCell(4, sides[i]);
-    side->InsertNextValue(i);
-  }
-  cube->SetPolys(polygons);
-  cube->GetCellData()->AddArray(side);
-  return cube;
-}
-
-template<class Writer, class Data>
-std::string write_with(const std::string& path, Data* data)
-{
-  vtkNew<Writer> writer;
-  writer->SetFileName(path.c_str());
-  writer->SetInputData(data);
-  writer->Write();
-  return path;
-}
-
-std::string write_text(const std::string& path, const std::string& text)
-{
-  std::ofstream(path, std::ios::binary) << text;
-  return path;
-}
-
-std::string read_text(const std::string& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 /// A .vtk file of one cell with these points of three.
 std::string legacy_polygon(const std::string& cells)
@@ -319,72 +60,6 @@ std::string write_large_stl(const std::string& path, std::uint32_t triangles)
   return write_text(path, bytes);
 }
 
-// --- The tests' frame ------------------------------------------------------------------------------------
-
-class MeshviewTest : public RenderTest
-{
-protected:
-  void SetUp() override
-  {
-    RenderTest::SetUp();
-    std::string pattern = (fs::temp_directory_path() / "meshview-test-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    mFolder = pattern;
-    mPicture = in_folder("picture.png");
-  }
-
-  void TearDown() override
-  {
-    if (!mFolder.empty()) {
-      fs::remove_all(mFolder);
-    }
-  }
-
-  [[nodiscard]] std::string in_folder(const std::string& name) const { return mFolder + "/" + name; }
-
-  std::string write_cube(const std::string& name = "cube.vtp") const
-  {
-    return write_with<vtkXMLPolyDataWriter>(in_folder(name), cube_sides().Get());
-  }
-
-  /// The picture of a run that must succeed, on a white background.
-  [[nodiscard]] Image draw(std::vector<std::string> arguments) const
-  {
-    arguments.insert(arguments.end(), {"--image", mPicture, "--size", "200x200", "--background", "9"});
-    const Outcome outcome = run(arguments);
-    EXPECT_EQ(outcome.status, 0) << ::testing::PrintToString(outcome);
-    EXPECT_EQ(outcome.err, "");
-    return read_png(mPicture);
-  }
-
-  /// A file that cannot be shown: status 2, and one line that names the file and holds this text.
-  void expect_refused(const std::string& path, const std::string& reason) const
-  {
-    const Outcome outcome = run({path, "--image", mPicture});
-    SCOPED_TRACE(::testing::PrintToString(outcome));
-    EXPECT_EQ(outcome.status, 2);
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(count_lines(outcome.err), 1U);
-    EXPECT_EQ(outcome.err.find("meshview: " + path + ": "), 0U);
-    EXPECT_NE(outcome.err.find(reason), std::string::npos) << reason;
-    EXPECT_FALSE(fs::exists(mPicture));
-  }
-
-  std::string mFolder;
-  std::string mPicture;
-};
-
-/// The project's own mesh.
-std::string sample()
-{
-  return fs::weakly_canonical(baseline_folder() + "/../../examples/meshview/data/bracket.vtu").string();
-}
-
-bool is_white(Rgb pixel)
-{
-  return pixel == Rgb{255, 255, 255};
-}
-
 /// Much darker than a face: an edge.
 std::function<bool(Rgb)> darker_than(Rgb face)
 {
@@ -399,19 +74,6 @@ bool is_reddish(Rgb pixel)
 bool is_bluish(Rgb pixel)
 {
   return pixel.b > pixel.r + 40 && pixel.b > pixel.g + 40;
-}
-
-/// The hue of a pixel in degrees from red over green and blue, which light and shade do not change.
-double hue(Rgb pixel)
-{
-  const double high = std::max({pixel.r, pixel.g, pixel.b});
-  const double low = std::min({pixel.r, pixel.g, pixel.b});
-  const double span = std::max(1.0, high - low);
-  if (pixel.r == high) {
-    return 60.0 * (pixel.g - pixel.b) / span;
-  }
-  return pixel.g == high ? 120.0 + 60.0 * (pixel.b - pixel.r) / span
-                         : 240.0 + 60.0 * (pixel.r - pixel.g) / span;
 }
 
 // --- Command line ----------------------------------------------------------------------------------------
@@ -1089,132 +751,6 @@ TEST_F(MeshviewTest, AnInterruptWhileReadingEndsTheProgramWithStatus130)
   EXPECT_EQ(outcome.err.substr(outcome.err.size() - last.size()), last);
   EXPECT_EQ(count_lines(outcome.err), 1U);
   EXPECT_FALSE(fs::exists(mPicture));
-}
-
-// --- The window ------------------------------------------------------------------------------------------
-
-/// The X window with this title below another one, 0 when there is none.
-Window find_window(Display* display, Window window, const std::string& title)
-{
-  char* name = nullptr;
-  if (XFetchName(display, window, &name) != 0 && name != nullptr) {
-    const bool is_it = title == name;
-    XFree(name);
-    if (is_it) {
-      return window;
-    }
-  }
-  Window root = 0;
-  Window parent = 0;
-  Window* children = nullptr;
-  unsigned int count = 0;
-  Window found = 0;
-  if (XQueryTree(display, window, &root, &parent, &children, &count) != 0) {
-    for (unsigned int i = 0; i < count && found == 0; ++i) {
-      found = find_window(display, children[i], title);
-    }
-    XFree(children);
-  }
-  return found;
-}
-
-void press_key(Display* display, Window window, KeySym key)
-{
-  XEvent event = {};
-  event.xkey.type = KeyPress;
-  event.xkey.display = display;
-  event.xkey.window = window;
-  event.xkey.root = DefaultRootWindow(display);
-  event.xkey.same_screen = True;
-  event.xkey.keycode = XKeysymToKeycode(display, key);
-  XSendEvent(display, window, False, KeyPressMask, &event);
-  XFlush(display);
-}
-
-/// What a window manager sends when its button is pressed.
-void ask_to_close(Display* display, Window window)
-{
-  XEvent event = {};
-  event.xclient.type = ClientMessage;
-  event.xclient.window = window;
-  event.xclient.format = 32;
-  event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
-  event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
-  XSendEvent(display, window, False, NoEventMask, &event);
-  XFlush(display);
-}
-
-class MeshviewWindowTest : public MeshviewTest
-{
-protected:
-  void SetUp() override
-  {
-    MeshviewTest::SetUp();
-    mDisplay = XOpenDisplay(nullptr);
-    ASSERT_NE(mDisplay, nullptr);
-    // A window may go between two questions about it.
-    XSetErrorHandler([](Display* /*display*/, XErrorEvent* /*error*/) { return 0; });
-  }
-
-  void TearDown() override
-  {
-    if (mDisplay != nullptr) {
-      XCloseDisplay(mDisplay); // brings the last errors
-    }
-    XSetErrorHandler(nullptr);
-    MeshviewTest::TearDown();
-  }
-
-  /// Waits until the window is on the screen.
-  [[nodiscard]] Window wait_for_window(const std::string& title) const
-  {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (std::chrono::steady_clock::now() < deadline) {
-      const Window window = find_window(mDisplay, DefaultRootWindow(mDisplay), title);
-      XWindowAttributes attributes = {};
-      if (window != 0 && XGetWindowAttributes(mDisplay, window, &attributes) != 0 &&
-          attributes.map_state == IsViewable) {
-        return window;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return 0;
-  }
-
-  /// Opens the window, lets somebody close it and expects that to end the program. Events that come before
-  /// the program listens are lost, so it is done again until it ends.
-  void expect_closed_by(const std::function<void(Window)>& close) const
-  {
-    const std::string cube = write_cube();
-    Process process({cube, "--size", "160x120", "--labels", "blocks"});
-    const Window window = wait_for_window("meshview - " + cube);
-    ASSERT_NE(window, 0U);
-    bool has_ended = false;
-    std::thread closer([&] {
-      while (!has_ended) {
-        close(window);
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-      }
-    });
-    const Outcome outcome = process.wait();
-    has_ended = true;
-    closer.join();
-    EXPECT_EQ(outcome.status, 0) << ::testing::PrintToString(outcome);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_NE(outcome.out.find("total"), std::string::npos);
-  }
-
-  Display* mDisplay = nullptr;
-};
-
-TEST_F(MeshviewWindowTest, TheKeyQEndsTheProgram)
-{
-  expect_closed_by([this](Window window) { press_key(mDisplay, window, XK_q); });
-}
-
-TEST_F(MeshviewWindowTest, ClosingTheWindowEndsTheProgram)
-{
-  expect_closed_by([this](Window window) { ask_to_close(mDisplay, window); });
 }
 
 // --- Real meshes -----------------------------------------------------------------------------------------

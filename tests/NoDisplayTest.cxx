@@ -249,22 +249,6 @@ TEST_F(NoDisplayTest, ViewsAreRegisteredAndFound)
   EXPECT_EQ(GView::get_current_view(), nullptr);
 }
 
-TEST_F(NoDisplayTest, AViewWritesItsScene)
-{
-  char path[] = "/tmp/no-display-XXXXXX";
-  const int file = mkstemp(path);
-  ASSERT_NE(file, -1);
-  close(file);
-  GView view;
-  view.add_props(some_actors(morrow_test::one_triangle(), 2));
-  for (const auto type : {GView::VRML, GView::OOGL, GView::IV}) {
-    EXPECT_TRUE(view.write_model(path, type));
-    EXPECT_NE(std::filesystem::file_size(path), 0U);
-  }
-  std::filesystem::remove(path);
-  EXPECT_NE(view.get_render_window()->GetNeverRendered(), 0);
-}
-
 TEST_F(NoDisplayTest, ACameraIsPlacedAndAsked)
 {
   GView view;
@@ -326,6 +310,22 @@ TEST_F(NoDisplayTest, ACameraMovesWhenNothingCanBeShown)
   move();
   view.get_at(at);
   EXPECT_NEAR(at[0], 0.5, 1e-12);
+}
+
+TEST_F(NoDisplayTest, AViewWritesItsScene)
+{
+  char path[] = "/tmp/no-display-XXXXXX";
+  const int file = mkstemp(path);
+  ASSERT_NE(file, -1);
+  close(file);
+  GView view;
+  view.add_props(some_actors(morrow_test::one_triangle(), 2));
+  for (const auto type : {GView::VRML, GView::OOGL, GView::IV}) {
+    EXPECT_TRUE(view.write_model(path, type));
+    EXPECT_NE(std::filesystem::file_size(path), 0U);
+  }
+  std::filesystem::remove(path);
+  EXPECT_NE(view.get_render_window()->GetNeverRendered(), 0);
 }
 
 TEST_F(NoDisplayTest, PropsAreAddedAndRemoved)

@@ -85,3 +85,14 @@ void ColorScale::apply(vtkPolyDataMapper& mapper, vtkPolyData& surface) const
   mapper.SetLookupTable(make_table(mRange, values->GetNumberOfComponents() > 1));
   mapper.UseLookupTableScalarRangeOn();
 }
+
+std::vector<BrantColor> ColorScale::colors() const
+{
+  const auto table = make_table(mRange, false);
+  std::vector<BrantColor> colors;
+  for (vtkIdType i = 0; i < table->GetNumberOfTableValues(); ++i) {
+    const unsigned char* rgba = table->GetPointer(i);
+    colors.emplace_back(rgba[0], rgba[1], rgba[2], rgba[3]);
+  }
+  return colors;
+}

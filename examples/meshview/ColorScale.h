@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "BrantColor.h"
 #include "Mesh.h"
 
 class vtkPolyData;
@@ -22,6 +23,11 @@ public:
   void apply(vtkPolyDataMapper& mapper, vtkPolyData& surface) const;
 
   [[nodiscard]] bool is_empty() const noexcept { return mArray.empty(); }
+  [[nodiscard]] const std::string& array() const noexcept { return mArray; }
+
+  /// The colours from the least to the greatest value, in equal steps.
+  [[nodiscard]] std::vector<BrantColor> colors() const;
+
   [[nodiscard]] const ValueRange& range() const noexcept { return mRange; }
 
 private:

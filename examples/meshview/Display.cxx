@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Display.h"
 
+#include <vtkRenderWindow.h>
+
 #include <X11/Xlib.h>
 
 std::string display_problem()
@@ -17,4 +19,10 @@ std::string display_problem()
   const bool has_opengl = XQueryExtension(display, "GLX", &opcode, &event, &error) != 0;
   XCloseDisplay(display);
   return has_opengl ? "" : "the display " + name + " has no OpenGL";
+}
+
+bool has_events(vtkRenderWindow& window)
+{
+  auto* display = static_cast<Display*>(window.GetGenericDisplayId());
+  return display != nullptr && XPending(display) > 0;
 }

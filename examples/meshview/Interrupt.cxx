@@ -13,17 +13,18 @@
 
 namespace {
 
-constexpr unsigned kPatience = 1; // seconds
+constexpr unsigned kShortPatience = 1; // seconds
 
 // Taken before a signal can come: handlers must call no function that might build something on first use.
 AppUtil* gAppUtil = nullptr;
 int gErrorDescriptor = -1;
+unsigned gPatience = 0; // seconds; 0 is endless
 std::string gText;
 
 extern "C" void on_interrupt(int /*signal*/)
 {
   gAppUtil->set_interrupt(true);
-  alarm(kPatience);
+  alarm(gPatience);
 }
 
 extern "C" void on_impatience(int /*signal*/)
@@ -34,8 +35,9 @@ extern "C" void on_impatience(int /*signal*/)
 
 } // namespace
 
-InterruptScope::InterruptScope()
+InterruptScope::InterruptScope(Patience patience)
 {
+  gPatience = patience == Patience::Short ? kShortPatience : 0;
   gAppUtil = AppUtil::instance();
   gAppUtil->set_interrupt(false);
   gErrorDescriptor = Console::error_descriptor();

@@ -2,10 +2,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "MeshModel.h"
 
+#include "GView.h"
+
 #include <vtkActor.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
+#include <vtkRenderer.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -17,6 +22,9 @@ constexpr BrantColor kPalette[] = {BrantColor(141, 186, 230), BrantColor(249, 20
                                    BrantColor(179, 190, 199), BrantColor(222, 179, 148)};
 
 constexpr BrantColor kNoValueColor(208, 210, 214); // of parts without the array that others are coloured by
+
+constexpr double kAmbient =
+    0.22; // with the view's two lights never more than 1 in all: colours keep their hue
 
 /// How one part is drawn. The prop function keeps it, for views that come later.
 struct PartStyle
@@ -50,7 +58,7 @@ vtkSmartPointer<vtkActor> make_actor(vtkPolyData* data, const PartStyle& style)
   vtkProperty& property = *actor->GetProperty();
   set_color(property, style.color);
   property.SetInterpolationToFlat();
-  property.SetAmbient(0.22); // with the view's two lights never more than 1 in all: colours keep their hue
+  property.SetAmbient(kAmbient);
   property.SetDiffuse(0.68);
   return actor;
 }
@@ -73,6 +81,21 @@ void show_polygon_edges(vtkActor& actor, const PartStyle& style)
   actor.GetProperty()->SetEdgeColor(color.red() / 255.0, color.green() / 255.0, color.blue() / 255.0);
 }
 
+/// VTK's OpenGL does not light with the ambient colour of a renderer, so the material does. Colours by values
+/// take its brightness only.
+void set_ambient_light(vtkActor& actor, vtkRenderer& renderer)
+{
+  vtkProperty& property = *actor.GetProperty();
+  const double* light = renderer.GetAmbient();
+  const double* color = property.GetColor();
+  const double brightest = std::max({light[0], light[1], light[2]});
+  if (brightest > 0.0) {
+    property.SetAmbientColor(color[0] * light[0] / brightest, color[1] * light[1] / brightest,
+                             color[2] * light[2] / brightest);
+  }
+  property.SetAmbient(kAmbient * brightest);
+}
+
 /// Lines on a surface fight with it for depth, so the surface steps back and the lines step forward, by
 /// amounts found by looking at pictures: more where the surface is seen at a slant.
 vtkSmartPointer<vtkActor> make_edge_actor(vtkMapper& surface, const PartStyle& style)
@@ -89,7 +112,7 @@ vtkSmartPointer<vtkActor> make_edge_actor(vtkMapper& surface, const PartStyle& s
 }
 
 /// The props of one part in one view.
-std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, const PartStyle& style)
+std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, const PartStyle& style, GView& view)
 {
   auto* surface = vtkPolyData::SafeDownCast(data);
   auto actor = make_actor(surface, style);
@@ -98,6 +121,7 @@ std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, const Part
     embolden(*actor, style);
     return {actor};
   }
+  set_ambient_light(*actor, *view.get_renderer());
   if (style.curved_edges != nullptr) {
     return {actor, make_edge_actor(*actor->GetMapper(), style)};
   }
@@ -119,5 +143,6 @@ void MeshModel::add_block(const MeshBlock& block)
   style.curved_edges = block.edges;
   style.scale = mScale;
   mBlocks.push_back(block);
-  add_part(block.surface, [style](vtkDataObject* data, GView* /*view*/) { return make_props(data, style); });
+  add_part(block.surface,
+           [style](vtkDataObject* data, GView* view) { return make_props(data, style, *view); });
 }

@@ -4,62 +4,12 @@
 
 #include "BrantColorTable.h"
 #include "BrantString.h"
-#include "Camera.h"
+#include "Keys.h"
 #include "MRUtil.h"
-
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
-#include <charconv>
-#include <map>
+#include "OptionGroups.h"
+#include "OptionValues.h"
 
 namespace {
-
-constexpr int kLargestSide = 16384; // pixels; what current drivers can draw at once
-
-/// The whole of text as a number from low to high.
-std::optional<int> parse_int(const std::string& text, int low, int high)
-{
-  int value = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end || value < low || value > high) {
-    return std::nullopt;
-  }
-  return value;
-}
-
-void parse_size(const std::string& text, Options& options)
-{
-  const auto cross = text.find('x');
-  const auto width = parse_int(text.substr(0, cross), 1, kLargestSide);
-  const auto height = parse_int(cross == std::string::npos ? "" : text.substr(cross + 1), 1, kLargestSide);
-  if (!width || !height) {
-    throw CLI::ValidationError("--size", "'" + text + "' is not WIDTHxHEIGHT with sides from 1 to " +
-                                             std::to_string(kLargestSide));
-  }
-  options.width = *width;
-  options.height = *height;
-}
-
-int number_of_colors()
-{
-  return BrantColorTable::num_fixed_colors() + BrantColorTable::num_variable_colors();
-}
-
-void parse_background(const std::string& text, Options& options)
-{
-  const auto comma = text.find(',');
-  const int last = number_of_colors() - 1;
-  const auto bottom = parse_int(text.substr(0, comma), 0, last);
-  const auto top = comma == std::string::npos ? bottom : parse_int(text.substr(comma + 1), 0, last);
-  if (!bottom || !top) {
-    throw CLI::ValidationError("--background", "'" + text + "' is not ID or ID,ID with ids from 0 to " +
-                                                   std::to_string(last));
-  }
-  options.bottom_background = *bottom;
-  options.top_background = *top;
-}
 
 /// A light sky: bright enough for dark edges, and grey enough for pale blocks.
 void add_own_backgrounds(Options& options)
@@ -73,7 +23,7 @@ std::string color_names()
 {
   constexpr int kPerLine = 10;
   std::string names;
-  for (int id = 0; id < number_of_colors(); ++id) {
+  for (int id = 0; id < OptionValues::number_of_colors(); ++id) {
     BrantString name;
     BrantColorTable::color_id_to_string(id, name);
     names += (id == 0 ? "" : id % kPerLine == 0 ? ",\n" : ", ") + std::to_string(id) + " " + name.str();
@@ -101,8 +51,14 @@ Colours by an array go from blue for its least value in all files to red for its
 greatest. Vectors have the colour of their length, parts without the array are
 grey.
 
+Pictures are as large as the window would be. With --spin the mesh turns about
+the upright axis through its middle, by 360/N degrees from picture to picture;
+Ctrl-C stops it. Scenes are written once.
+
 In the window: the left button rotates, the middle one pans, the right one and
-the wheel zoom, r frames, q quits. Ctrl-C stops reading.
+the wheel zoom. Ctrl-C stops reading. The keys:
+)" + key_list() +
+         R"(
 
 Colour ids of the background, bottom and top:
 )" + color_names() +
@@ -111,55 +67,9 @@ Colour ids of the background, bottom and top:
 Exit status:
   0    all files are shown
   1    some files could not be read, the rest is shown
-  2    nothing is shown, or the command line is faulty
+  2    nothing is shown, a file could not be written, or the command line is
+       faulty
   130  interrupted by Ctrl-C)";
-}
-
-void describe_picture(CLI::App& app, Options& options)
-{
-  app.add_option("--image", options.image, "Write a PNG picture to this file; without it a window opens")
-      ->type_name("OUT.png");
-  app.add_option_function<std::string>(
-         "--size", [&options](const std::string& text) { parse_size(text, options); },
-         "Width and height of picture or window in pixels, 1 to " + std::to_string(kLargestSide))
-      ->type_name("WxH")
-      ->default_str(std::to_string(options.width) + "x" + std::to_string(options.height));
-  app.add_option_function<std::string>(
-         "--background", [&options](const std::string& text) { parse_background(text, options); },
-         "Background of these colours (see below); a single one is plain")
-      ->type_name("ID[,ID]")
-      ->default_str(std::to_string(options.bottom_background) + "," + std::to_string(options.top_background));
-  app.add_option("--view", options.view, "The side from which the mesh is seen")
-      ->type_name("NAME")
-      ->check(CLI::IsMember(view_names()))
-      ->capture_default_str();
-}
-
-/// Adds an option whose value is one of a few words.
-template<class Value>
-CLI::Option* add_choice(CLI::App& app, const std::string& name, const std::map<std::string, Value>& choices,
-                        Value& chosen, const std::string& description)
-{
-  const auto choose = [&choices, &chosen](const std::string& word) { chosen = choices.at(word); };
-  std::vector<std::string> words(choices.size());
-  std::transform(choices.begin(), choices.end(), words.begin(),
-                 [](const auto& choice) { return choice.first; });
-  return app.add_option_function<std::string>(name, choose, description)->check(CLI::IsMember(words));
-}
-
-void describe_mesh(CLI::App& app, Options& options)
-{
-  static const std::map<std::string, Labels> kLabels = {
-      {"blocks", Labels::Blocks}, {"points", Labels::Points}, {"cells", Labels::Cells}};
-  static const std::map<std::string, bool> kSwitch = {{"on", true}, {"off", false}};
-  add_choice(app, "--labels", kLabels, options.labels,
-             "Label blocks with their names, or points or cells with their ids")
-      ->type_name("WHAT");
-  add_choice(app, "--edges", kSwitch, options.edges, "Draw the edges of the mesh")
-      ->type_name("SWITCH")
-      ->default_str("on");
-  app.add_option("--color-by", options.color_by, "Colour by the values of this point or cell array")
-      ->type_name("ARRAY");
 }
 
 } // namespace
@@ -171,15 +81,18 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
   app.footer(footer());
   app.set_version_flag("--version", "meshview, VTK " + MRUtil::get_vtk_version());
   app.add_option("FILE", options.files, "Mesh files; several are shown together")->required();
-  describe_picture(app, options);
+  describe_output(app, options);
   describe_mesh(app, options);
+  describe_decorations(app, options);
   app.add_flag_callback(
       "--no-guard", [&options] { options.guard = false; },
       "Read in this process, which a damaged file may crash (for debuggers)");
   try {
     app.parse(argc, argv);
+    check_together(options);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? EXIT_ALL_SHOWN : EXIT_NOTHING_SHOWN;
   }
+  options.parallel = options.parallel || options.decorations.legend;
   return std::nullopt;
 }

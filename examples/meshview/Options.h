@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "FileFormat.h"
+#include "MRUtil.h" // MRUtil::AxisType
+
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,7 +15,7 @@ enum ExitStatus : int
 {
   EXIT_ALL_SHOWN = 0,
   EXIT_SOME_FAILED = 1,
-  EXIT_NOTHING_SHOWN = 2, ///< also for a faulty command line
+  EXIT_NOTHING_SHOWN = 2, ///< also for a faulty command line, and when a file could not be written
   EXIT_INTERRUPTED = 130  ///< as a shell reports a program that Ctrl-C has ended
 };
 
@@ -23,20 +27,45 @@ enum class Labels
   Cells
 };
 
+/// What is shown besides the mesh.
+struct DecorationOptions
+{
+  std::string title; ///< empty for none
+  bool triad = false;
+  std::optional<MRUtil::AxisType> axes; ///< form of the axis prop; hidden without
+  bool cube_axes = false;
+  bool legend = false; ///< the scale of lengths; only in parallel projection
+  bool scalar_bar = false;
+};
+
+using Intensity = std::array<float, 3>; ///< red, green and blue, 0 to 1
+
+/// A file to write.
+struct Output
+{
+  std::string path;
+  FileFormat format;
+};
+
 /// What the command line asks for.
 struct Options
 {
   std::vector<std::string> files;
-  std::string image; ///< file to write; empty opens a window
-  int width = 960;   ///< of the picture or window, pixels
+  std::vector<Output> outputs; ///< none opens a window
+  int spin = 0;                ///< so many pictures of a full turn; 0 is a single one
+  int width = 960;             ///< of the picture or window, pixels
   int height = 720;
   int bottom_background; ///< ids of BrantColorTable
   int top_background;
   std::string view = "iso";
+  bool parallel = false; ///< projection
   Labels labels = Labels::None;
   bool edges = true;
   std::string color_by; ///< name of an array; empty gives each block its own colour
-  bool guard = true;    ///< read in a child process, which may crash
+  DecorationOptions decorations;
+  std::optional<Intensity> light; ///< the library's own without
+  std::optional<Intensity> ambient;
+  bool guard = true; ///< read in a child process, which may crash
 };
 
 /// Reads the command line. An answer is the exit status of a program that has nothing more to do: help was

@@ -3,24 +3,19 @@
 #include "Progress.h"
 
 #include "AppUtil.h"
-#include "Console.h"
 
 #include <vtkAlgorithm.h>
 #include <vtkCommand.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
 
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <string>
 
 namespace {
 
 constexpr std::uintmax_t kLargeFile = 8'000'000; // bytes; smaller ones are read in the blink of an eye
-constexpr std::size_t kTitleLength = 30;         // characters, so that the bar fits a line of 80
-constexpr int kBarLength = 30;
 
 bool is_large(const std::string& path)
 {
@@ -29,9 +24,10 @@ bool is_large(const std::string& path)
   return !error && size >= kLargeFile;
 }
 
-void write_text(const std::string& text)
+/// What the bar says; nothing for a small file, which needs none.
+std::string title_of(const std::string& path)
 {
-  [[maybe_unused]] const auto written = write(Console::error_descriptor(), text.data(), text.size());
+  return is_large(path) ? std::filesystem::path(path).filename().string() : "";
 }
 
 } // namespace
@@ -56,21 +52,17 @@ protected:
   Observer() = default;
 };
 
-Progress::Progress(vtkAlgorithm& algorithm, const std::string& path) : mAlgorithm(algorithm)
+Progress::Progress(vtkAlgorithm& algorithm, const std::string& path)
+    : mAlgorithm(algorithm), mBar(title_of(path))
 {
-  if (Console::has_terminal() && is_large(path)) {
-    mTitle = std::filesystem::path(path).filename().string().substr(0, kTitleLength);
-  }
   vtkNew<Observer> observer;
   observer->mProgress = this;
   mTag = algorithm.AddObserver(vtkCommand::ProgressEvent, observer);
-  draw(0);
 }
 
 Progress::~Progress()
 {
   mAlgorithm.RemoveObserver(mTag);
-  wipe();
 }
 
 void Progress::update(vtkAlgorithm& algorithm, double fraction)
@@ -78,23 +70,5 @@ void Progress::update(vtkAlgorithm& algorithm, double fraction)
   if (AppUtil::instance()->interrupt()) {
     algorithm.SetAbortExecute(1);
   }
-  draw(static_cast<int>(100.0 * std::clamp(fraction, 0.0, 1.0)));
-}
-
-void Progress::draw(int percent)
-{
-  if (mTitle.empty() || percent == mShownPercent) {
-    return;
-  }
-  mShownPercent = percent;
-  const auto full = static_cast<std::size_t>(percent * kBarLength / 100);
-  const std::string bar = std::string(full, '#') + std::string(kBarLength - full, '-');
-  write_text("\r" + mTitle + " [" + bar + "] " + std::to_string(percent) + " %");
-}
-
-void Progress::wipe() const
-{
-  if (!mTitle.empty()) {
-    write_text(Console::wipe_line());
-  }
+  mBar.draw(fraction);
 }

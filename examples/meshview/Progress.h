@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <string>
+#include "ProgressBar.h"
 
 class vtkAlgorithm;
 
@@ -22,11 +22,8 @@ public:
 private:
   class Observer;
   void update(vtkAlgorithm& algorithm, double fraction);
-  void draw(int percent);
-  void wipe() const;
 
   vtkAlgorithm& mAlgorithm;
   unsigned long mTag;
-  std::string mTitle; // empty: no bar
-  int mShownPercent = -1;
+  ProgressBar mBar;
 };

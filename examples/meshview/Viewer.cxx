@@ -2,29 +2,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Viewer.h"
 
-#include "Camera.h"
-#include "Picture.h"
+#include "GView.h"
+#include "MeshLights.h"
 
-#include <vtkCamera.h>
-#include <vtkCommand.h>
-#include <vtkInteractorStyleTrackballCamera.h>
-#include <vtkLight.h>
-#include <vtkNew.h>
 #include <vtkPolyData.h>
-#include <vtkRenderWindow.h>
-#include <vtkRenderWindowInteractor.h>
-#include <vtkRenderer.h>
 
 #include <filesystem>
 
 namespace {
 
 /// Preferences of windows hold for those that views make afterwards, so they are set before the view is made.
-const Options& prepare_window(const Options& options)
+/// Operations on all views, as that of the lights, reach those that are registered.
+std::shared_ptr<GView> make_view(const Options& options)
 {
-  GView::set_offscreen(!options.image.empty());
+  GView::set_offscreen(!options.outputs.empty());
   GView::set_preferred_window_size(options.width, options.height);
-  return options;
+  auto view = std::make_shared<GView>();
+  GView::add_global_view(view);
+  return view;
 }
 
 /// The blocks' names; when several files are shown, after the file's. A block that is all of its file already
@@ -45,18 +40,22 @@ std::vector<std::string> label_names(const std::vector<MeshFile>& files)
 } // namespace
 
 Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
-    : mOptions(prepare_window(options)), mModel(options.edges, scale),
-      mBlockLabels(mModel, label_names(files))
+    : mOptions(options), mView(make_view(options)), mModel(options.edges, scale),
+      mBlockLabels(mModel, label_names(files)), mDecorations(*mView, options, scale)
 {
   mModelSet.add_model(&mModel);
-  mView.set_model_set(&mModelSet);
-  mView.set_triad_vis(false);
-  mView.set_background(options.bottom_background);
-  mView.set_background2(options.top_background);
-  mView.set_title_bar(("meshview - " + files.front().path).c_str());
-  add_light();
+  mView->set_model_set(&mModelSet);
+  mView->set_background(options.bottom_background);
+  mView->set_background2(options.top_background);
+  mView->set_title_bar(("meshview - " + files.front().path).c_str());
+  light_mesh(*mView, options);
   set_label_style(options.labels);
   add_blocks(files);
+}
+
+Viewer::~Viewer()
+{
+  GView::remove_global_view(mView);
 }
 
 void Viewer::add_blocks(const std::vector<MeshFile>& files)
@@ -71,54 +70,44 @@ void Viewer::add_blocks(const std::vector<MeshFile>& files)
   }
 }
 
-/// The view's own light comes from the eye, and shows the sides of a cube in one shade from a corner.
-void Viewer::add_light()
-{
-  vtkNew<vtkLight> light;
-  light->SetLightTypeToCameraLight();
-  light->SetPosition(-0.4, 1.0, 0.4);
-  light->SetFocalPoint(0.0, 0.0, 0.0);
-  light->SetIntensity(0.45);
-  mView.get_renderer()->AddLight(light);
-}
-
-void Viewer::render_first_frame()
+std::vector<vtkPolyData*> Viewer::surfaces() const
 {
   std::vector<vtkPolyData*> surfaces;
   for (const MeshBlock& block : mModel.blocks()) {
     surfaces.push_back(block.surface);
   }
-  look_from(mOptions.view, *mView.get_renderer()->GetActiveCamera(), surfaces, mOptions.width,
-            mOptions.height);
-  mView.render();
+  return surfaces;
+}
+
+void Viewer::start()
+{
+  mDecorations.set_up();
+  look_from_side(mOptions.view);
+}
+
+void Viewer::look_from_side(const std::string& name)
+{
+  Framing framing;
+  framing.surfaces = surfaces();
+  framing.all_round = mOptions.spin > 0;
+  mDecorations.make_room(framing);
+  look_from(name, *mView, framing);
   if (mOptions.labels == Labels::Blocks) {
-    update_labels();
+    refresh();
   }
+}
+
+Axis Viewer::turn_axis() const
+{
+  return ::turn_axis(mOptions.view, surfaces());
 }
 
 /// Labels of blocks go where the last frame shows the blocks.
-void Viewer::update_labels()
+void Viewer::refresh()
 {
-  mBlockLabels.place(mView);
-  mView.render();
-}
-
-std::string Viewer::write_image()
-{
-  render_first_frame();
-  return write_picture(*mView.get_render_window(), mOptions.image);
-}
-
-void Viewer::run_window()
-{
-  vtkNew<vtkRenderWindowInteractor> interactor;
-  vtkNew<vtkInteractorStyleTrackballCamera> style;
-  interactor->SetRenderWindow(mView.get_render_window());
-  interactor->SetInteractorStyle(style);
-  interactor->Initialize();
-  render_first_frame();
   if (mOptions.labels == Labels::Blocks) {
-    style->AddObserver(vtkCommand::EndInteractionEvent, this, &Viewer::update_labels);
+    mView->render();
+    mBlockLabels.place(*mView);
   }
-  interactor->Start();
+  mView->render();
 }

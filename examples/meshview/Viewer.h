@@ -2,13 +2,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Camera.h" // Axis
 #include "ColorScale.h"
+#include "Decorations.h"
 #include "GModelSet.h"
-#include "GView.h"
 #include "Mesh.h"
 #include "MeshLabels.h"
 #include "MeshModel.h"
 #include "Options.h"
+
+#include <memory>
+
+class GView;
 
 /// The graphics of meshview: one view with one model of all blocks.
 ///
@@ -19,24 +24,36 @@ class Viewer
 public:
   /// The display must be reachable.
   Viewer(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale);
+  ~Viewer();
+  Viewer(const Viewer&) = delete;
+  Viewer& operator=(const Viewer&) = delete;
 
-  /// Draws a frame and writes it to the file that the options name. The answer is why that failed; empty when
-  /// it did not.
-  [[nodiscard]] std::string write_image();
+  [[nodiscard]] GView& view() noexcept { return *mView; }
+  [[nodiscard]] Decorations& decorations() noexcept { return mDecorations; }
+  [[nodiscard]] const Options& options() const noexcept { return mOptions; }
 
-  /// Opens the window and returns when the user closes it.
-  void run_window();
+  /// Shows everything as the options ask for it, and renders. The window already has its interactor, if it
+  /// gets one.
+  void start();
+
+  /// Looks from the named side (see view_names()) at the mesh and its decorations, and renders.
+  void look_from_side(const std::string& name);
+
+  /// The axis that the mesh turns about.
+  [[nodiscard]] Axis turn_axis() const;
+
+  /// Renders, with the labels of blocks where they can be seen. To be called when the camera has moved.
+  void refresh();
 
 private:
   void add_blocks(const std::vector<MeshFile>& files);
-  void add_light();
-  void render_first_frame();
-  void update_labels();
+  [[nodiscard]] std::vector<vtkPolyData*> surfaces() const;
 
   const Options& mOptions;
-  GView mView;
+  std::shared_ptr<GView> mView;
   GModelSet mModelSet;
   MeshModel mModel;
   std::vector<std::string> mNames; // of the blocks, for their labels
   BlockLabels mBlockLabels;
+  Decorations mDecorations;
 };

@@ -2,14 +2,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // meshview: shows meshes with libmorrow_base. See --help, and Viewer.cxx for how the library is used.
 
+#include "Batch.h"
 #include "ColorScale.h"
 #include "Console.h"
 #include "Display.h"
 #include "Interrupt.h"
 #include "MeshLegend.h"
 #include "MeshReader.h"
+#include "MeshWindow.h"
 #include "Options.h"
-#include "Picture.h"
+#include "Output.h"
 #include "ReadGuard.h"
 #include "Viewer.h"
 
@@ -55,7 +57,7 @@ std::vector<MeshFile> read_files(const Options& options, ReadLog& log)
 /// The part of reading and preparing that Ctrl-C may stop.
 std::vector<MeshFile> read_files_or_stop(const Options& options, ReadLog& log)
 {
-  const InterruptScope interrupt;
+  const InterruptScope interrupt(InterruptScope::Patience::Short);
   return read_files(options, log);
 }
 
@@ -71,15 +73,10 @@ bool all_whole(const std::vector<MeshFile>& files, std::size_t number_asked_for)
 int draw(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
 {
   Viewer viewer(options, files, scale);
-  if (options.image.empty()) {
-    viewer.run_window();
-    return EXIT_ALL_SHOWN;
+  if (!options.outputs.empty()) {
+    return write_outputs(viewer);
   }
-  const std::string problem = viewer.write_image();
-  if (!problem.empty()) {
-    Console::complain(options.image, problem);
-    return EXIT_NOTHING_SHOWN;
-  }
+  run_window(viewer);
   return EXIT_ALL_SHOWN;
 }
 
@@ -118,9 +115,8 @@ int main(int argc, char** argv)
   if (const auto status = parse_options(argc, argv, options)) {
     return *status;
   }
-  if (const std::string problem = options.image.empty() ? "" : picture_problem(options.image);
-      !problem.empty()) {
-    Console::complain(options.image, problem);
+  if (const auto problem = output_problem(options)) {
+    Console::complain(problem->path, problem->reason);
     return EXIT_NOTHING_SHOWN;
   }
   if (const std::string problem = display_problem(); !problem.empty()) {

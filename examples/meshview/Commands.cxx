@@ -1,0 +1,222 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "Commands.h"
+
+#include "AppUtil.h"
+#include "Camera.h"
+#include "Console.h"
+#include "Display.h"
+#include "GView.h"
+#include "Output.h"
+#include "Spin.h"
+#include "Viewer.h"
+
+#include <vtkRenderWindow.h>
+#include <vtkRenderWindowInteractor.h>
+#include <vtkRenderer.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+namespace {
+
+constexpr int kTurnSteps = 6;
+constexpr int kTurnSmooth = 1;
+constexpr int kZoomSteps = 6;
+constexpr int kSpinSteps = 120;
+
+/// The library's soft steps add up to a little more than the angle: with one of them at each end, to half a
+/// step more. So that 24 turns of 15 degrees are a full one, the angle is less by that.
+double soft_angle(double angle)
+{
+  return angle * kTurnSteps / (kTurnSteps + 0.5);
+}
+
+std::string view_name(const KeyAction& action)
+{
+  return "view " + std::to_string(static_cast<int>(action.value));
+}
+
+void tell(const std::string& text)
+{
+  std::cout << text << std::endl;
+}
+
+} // namespace
+
+/// While it lives the library asks it between the frames of an animation whether to stop. It looks for events
+/// of the window then, which would otherwise wait for the animation's end.
+class Commands::Animation : public AppUtil
+{
+public:
+  explicit Animation(vtkRenderWindowInteractor& interactor)
+      : mInteractor(interactor), mBefore(set_instance(this))
+  {}
+  ~Animation() override { set_instance(mBefore); }
+
+  [[nodiscard]] bool interrupt() const override
+  {
+    // Without an event VTK would wait for one, and when it is done it takes none.
+    while (!mInteractor.GetDone() && has_events(*mInteractor.GetRenderWindow())) {
+      mInteractor.ProcessEvents();
+    }
+    return AppUtil::interrupt() || mInteractor.GetDone();
+  }
+
+private:
+  vtkRenderWindowInteractor& mInteractor;
+  AppUtil* mBefore;
+};
+
+Commands::Commands(Viewer& viewer, vtkRenderWindowInteractor& interactor)
+    : mViewer(viewer), mInteractor(interactor)
+{}
+
+void Commands::animate(const std::function<void()>& motion)
+{
+  Animation animation(mInteractor);
+  mAnimation = &animation;
+  motion();
+  mAnimation = nullptr;
+}
+
+void Commands::execute(const KeyAction& action)
+{
+  if (mAnimation != nullptr && action.command != Command::Interrupt && action.command != Command::Quit) {
+    mWaiting.push_back(action);
+    return;
+  }
+  execute_now(action);
+  while (mAnimation == nullptr && !mWaiting.empty() && !mInteractor.GetDone()) {
+    const KeyAction next = mWaiting.front();
+    mWaiting.pop_front();
+    execute_now(next);
+  }
+}
+
+void Commands::stop()
+{
+  mWaiting.clear();
+  if (mAnimation != nullptr) {
+    mAnimation->set_interrupt(true);
+  }
+}
+
+void Commands::execute_now(const KeyAction& action)
+{
+  switch (action.command) {
+  case Command::Quit:
+    stop();
+    mInteractor.ExitCallback();
+    return;
+  case Command::Interrupt:
+    stop();
+    return;
+  case Command::ListKeys:
+    tell(key_list());
+    return;
+  case Command::DescribeCamera:
+    mViewer.view().list_view();
+    std::fflush(stdout); // where the library prints
+    return;
+  case Command::SavePicture:
+    save_picture();
+    return;
+  case Command::SaveView:
+  case Command::RestoreView:
+    handle_views(action);
+    return;
+  default:
+    decorate(action.command);
+    move(action);
+    mViewer.refresh();
+  }
+}
+
+void Commands::decorate(Command command)
+{
+  Decorations& decorations = mViewer.decorations();
+  switch (command) {
+  case Command::ToggleTriad:
+    decorations.toggle_triad();
+    break;
+  case Command::NextAxes:
+    decorations.next_axes();
+    break;
+  case Command::ToggleCubeAxes:
+    decorations.toggle_cube_axes();
+    break;
+  case Command::ToggleLegend:
+    decorations.toggle_legend();
+    break;
+  case Command::ToggleScalarBar:
+    if (!decorations.toggle_scalar_bar()) {
+      tell("there is no scalar bar without --color-by");
+    }
+    break;
+  case Command::ToggleProjection:
+    decorations.toggle_projection();
+    break;
+  default:
+    break;
+  }
+}
+
+void Commands::move(const KeyAction& action)
+{
+  GView& view = mViewer.view();
+  switch (action.command) {
+  case Command::Turn: // the camera goes to the other side
+    animate([&] { view.rotate_about_target(-soft_angle(action.value), 'y', kTurnSteps, kTurnSmooth); });
+    break;
+  case Command::Tilt:
+    animate([&] { view.rotate_about_target(-soft_angle(action.value), 'x', kTurnSteps, kTurnSmooth); });
+    break;
+  case Command::Zoom:
+    animate([&] { view.zoom_screen(action.value, kZoomSteps, 0); });
+    break;
+  case Command::ZoomToAll: {
+    double bounds[6];
+    view.get_renderer()->ComputeVisiblePropBounds(bounds);
+    view.zoom_box(bounds, 1, 0, nullptr);
+    break;
+  }
+  case Command::LookFrom:
+    mViewer.look_from_side(view_names().at(static_cast<std::size_t>(action.value)));
+    break;
+  case Command::Frame:
+    view.reset_camera();
+    break;
+  case Command::Spin:
+    animate([&] { turn(view, mViewer.turn_axis(), 360.0, kSpinSteps); });
+    break;
+  default:
+    break;
+  }
+}
+
+void Commands::handle_views(const KeyAction& action)
+{
+  const std::string name = view_name(action);
+  if (action.command == Command::SaveView) {
+    mViewer.view().save_view(name);
+    tell("saved " + name);
+  } else {
+    mViewer.view().restore_view(name);
+    mViewer.refresh();
+  }
+}
+
+void Commands::save_picture()
+{
+  const std::string name = std::filesystem::path(mViewer.options().files.front()).stem().string();
+  const auto output = new_picture(name.empty() ? "meshview" : name);
+  const std::string problem = output ? write_output(mViewer.view(), *output) : "all numbers are taken";
+  if (!problem.empty()) {
+    Console::complain(output ? output->path : name, problem);
+  } else {
+    tell("saved " + output->path);
+  }
+  mViewer.refresh();
+}

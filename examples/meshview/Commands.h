@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Keys.h"
+
+#include <deque>
+#include <functional>
+
+class Viewer;
+class vtkRenderWindowInteractor;
+
+/// Does in the window what keys ask for.
+class Commands
+{
+public:
+  /// Both live longer than this.
+  Commands(Viewer& viewer, vtkRenderWindowInteractor& interactor);
+
+  /// While something moves, the action waits for its end; Interrupt and Quit end it, and drop what waits.
+  void execute(const KeyAction& action);
+
+private:
+  class Animation;
+
+  void stop();
+  void execute_now(const KeyAction& action);
+  void animate(const std::function<void()>& motion);
+  void decorate(Command command);
+  void move(const KeyAction& action);
+  void handle_views(const KeyAction& action);
+  void save_picture();
+
+  Viewer& mViewer;
+  vtkRenderWindowInteractor& mInteractor;
+  Animation* mAnimation = nullptr; // the one that runs
+  std::deque<KeyAction> mWaiting;
+};

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// What the keys of the window do. The table in Keys.cxx is the one place that says which key does what: the
+/// window looks keys up in it, and both the help text and the list that the window prints are made from it.
+
+/// What a key asks for.
+enum class Command
+{
+  ToggleTriad,
+  NextAxes,
+  ToggleCubeAxes,
+  ToggleLegend,
+  ToggleScalarBar,
+  ToggleProjection,
+  SavePicture,
+  SaveView,    ///< value: its number
+  RestoreView, ///< value: its number
+  Turn,        ///< about the upright axis of the window; value: degrees, to the right
+  Tilt,        ///< about the level axis of the window; value: degrees, upwards
+  Zoom,        ///< value: the factor, negative to go away
+  ZoomToAll,
+  LookFrom, ///< value: index into view_names()
+  Frame,
+  Spin,
+  DescribeCamera,
+  ListKeys,
+  Interrupt,
+  Quit
+};
+
+/// A command with its value; 0 for commands that have none.
+struct KeyAction
+{
+  Command command;
+  double value = 0.0;
+};
+
+[[nodiscard]] constexpr bool operator==(const KeyAction& a, const KeyAction& b) noexcept
+{
+  return a.command == b.command && a.value == b.value;
+}
+
+/// What a key does; nothing for a key that is not in the table. symbol is X's name of the key's symbol as VTK
+/// gives it ("a", "A", "plus", "Left"), null for none. Control tells keys apart, Shift does not: symbols do,
+/// and where Shift is needed for a symbol differs from keyboard to keyboard.
+[[nodiscard]] std::optional<KeyAction> action_of(const char* symbol, bool control);
+
+/// The keys and what they do, a line for each group of them, without a line end at the end.
+[[nodiscard]] std::string key_list();

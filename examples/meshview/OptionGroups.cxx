@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "OptionGroups.h"
+
+#include "Camera.h"
+#include "OptionValues.h"
+#include "Options.h"
+
+namespace {
+
+using OptionValues::kLargestSide;
+
+/// An option with a value that is read by one of the functions of OptionValues.
+CLI::Option* add_parsed(CLI::App& app, Options& options, const std::string& name,
+                        void (*parse)(const std::string&, Options&), const std::string& description)
+{
+  return app.add_option_function<std::string>(
+      name, [&options, parse](const std::string& text) { parse(text, options); }, description);
+}
+
+/// An option that may be given several times, each time with one value.
+CLI::Option* add_repeated(CLI::App& app, Options& options, const std::string& name,
+                          void (*parse)(const std::string&, Options&), const std::string& description)
+{
+  return app
+      .add_option_function<std::vector<std::string>>(
+          name,
+          [&options, parse](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+              parse(text, options);
+            }
+          },
+          description)
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void add_intensity(CLI::App& app, const std::string& name, std::optional<Intensity>& intensity,
+                   const std::string& description)
+{
+  app.add_option_function<std::string>(
+         name,
+         [name, &intensity](const std::string& text) {
+           intensity = OptionValues::parse_intensity(name, text);
+         },
+         description)
+      ->type_name("R,G,B");
+}
+
+/// Colours by the array and shows the bar of its colours.
+void choose_scalar_bar(const std::string& array, Options& options)
+{
+  if (!options.color_by.empty() && options.color_by != array) {
+    throw CLI::ValidationError("--scalar-bar",
+                               "'" + array + "' is not the array of --color-by, '" + options.color_by + "'");
+  }
+  options.color_by = array;
+  options.decorations.scalar_bar = true;
+}
+
+} // namespace
+
+void describe_output(CLI::App& app, Options& options)
+{
+  add_parsed(app, options, "--image", OptionValues::parse_image,
+             "Write a PNG picture to this file; without --image and --save a window opens")
+      ->type_name("OUT.png");
+  add_repeated(app, options, "--save", OptionValues::parse_save,
+               "Write a picture (" + image_extensions() + ") or the scene (" + scene_extensions() +
+                   ", and .mtl beside .obj); may be repeated")
+      ->type_name("FILE");
+  add_parsed(app, options, "--spin", OptionValues::parse_spin,
+             "Write each picture N times, from all sides of a turn: OUT_0001.png, …")
+      ->type_name("N");
+  add_parsed(app, options, "--size", OptionValues::parse_size,
+             "Width and height of picture or window in pixels, 1 to " + std::to_string(kLargestSide))
+      ->type_name("WxH")
+      ->default_str(std::to_string(options.width) + "x" + std::to_string(options.height));
+  add_parsed(app, options, "--background", OptionValues::parse_background,
+             "Background of these colours (see below); a single one is plain")
+      ->type_name("ID[,ID]")
+      ->default_str(std::to_string(options.bottom_background) + "," + std::to_string(options.top_background));
+  app.add_option("--view", options.view, "The side from which the mesh is seen")
+      ->type_name("NAME")
+      ->check(CLI::IsMember(view_names()))
+      ->capture_default_str();
+  app.add_flag("--parallel", options.parallel, "Parallel projection instead of perspective");
+}
+
+void describe_mesh(CLI::App& app, Options& options)
+{
+  static const std::map<std::string, Labels> kLabels = {
+      {"blocks", Labels::Blocks}, {"points", Labels::Points}, {"cells", Labels::Cells}};
+  static const std::map<std::string, bool> kSwitch = {{"on", true}, {"off", false}};
+  add_choice(app, "--labels", kLabels, options.labels,
+             "Label blocks with their names, or points or cells with their ids")
+      ->type_name("WHAT");
+  add_choice(app, "--edges", kSwitch, options.edges, "Draw the edges of the mesh")
+      ->type_name("SWITCH")
+      ->default_str("on");
+  app.add_option("--color-by", options.color_by, "Colour by the values of this point or cell array")
+      ->type_name("ARRAY");
+}
+
+void describe_decorations(CLI::App& app, Options& options)
+{
+  static const std::map<std::string, MRUtil::AxisType> kAxes = {
+      {"3d", MRUtil::AXIS_3D}, {"2d", MRUtil::AXIS_2D}, {"1d", MRUtil::AXIS_1D}};
+  DecorationOptions& decorations = options.decorations;
+  add_parsed(app, options, "--title", OptionValues::parse_title, "Title at the top")->type_name("TEXT");
+  app.add_flag("--triad", decorations.triad, "Axis triad in the bottom left corner");
+  add_choice(app, "--axes", kAxes, decorations.axes,
+             "Axes at the origin (3d, also without a FORM), in the corner (2d), or a ball at the origin (1d)")
+      ->type_name("FORM")
+      ->expected(0, 1)
+      ->default_str("3d");
+  app.add_flag("--cube-axes", decorations.cube_axes, "Axes with numbers along the edges of the mesh's box");
+  app.add_flag("--legend", decorations.legend, "Scale of lengths at the bottom; implies --parallel");
+  add_parsed(app, options, "--scalar-bar", choose_scalar_bar,
+             "Colour by this array, as --color-by, and show its colours and values in a bar")
+      ->type_name("ARRAY");
+  add_intensity(app, "--light", options.light, "Intensity of the lights: 0 to 1, or three for the colours");
+  add_intensity(app, "--ambient", options.ambient, "The same for light that comes from everywhere");
+}
+
+void check_together(const Options& options)
+{
+  const bool has_picture = std::any_of(options.outputs.begin(), options.outputs.end(),
+                                       [](const Output& output) { return is_image(output.format); });
+  if (options.spin > 0 && !has_picture) {
+    throw CLI::ValidationError("--spin", "needs --image, or --save with a picture");
+  }
+}

@@ -1,0 +1,272 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+//
+// The window of the mesh viewer, with keys as its users press them.
+#include "MeshviewSupport.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace morrow_test;
+
+// --- The window ------------------------------------------------------------------------------------------
+
+class MeshviewClosingTest : public MeshviewWindowTest
+{
+protected:
+  /// Opens the window, lets somebody close it and expects that to end the program. Events that come before
+  /// the program listens are lost, so it is done again until it ends.
+  void expect_closed_by(const std::function<void(Window)>& close) const
+  {
+    const std::string cube = write_cube();
+    Process process({cube, "--size", "160x120", "--labels", "blocks"});
+    const Window window = wait_for_window("meshview - " + cube);
+    ASSERT_NE(window, 0U);
+    bool has_ended = false;
+    std::thread closer([&] {
+      while (!has_ended) {
+        close(window);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      }
+    });
+    const Outcome outcome = process.wait();
+    has_ended = true;
+    closer.join();
+    EXPECT_EQ(outcome.status, 0) << ::testing::PrintToString(outcome);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_NE(outcome.out.find("total"), std::string::npos);
+  }
+};
+
+TEST_F(MeshviewClosingTest, TheKeyQEndsTheProgram)
+{
+  expect_closed_by([this](Window window) { press_key(window, XK_q); });
+}
+
+TEST_F(MeshviewClosingTest, ClosingTheWindowEndsTheProgram)
+{
+  expect_closed_by([this](Window window) { ask_to_close(window); });
+}
+
+// --- Keys ------------------------------------------------------------------------------------------------
+
+using Vector = std::array<double, 3>;
+
+double dot(const Vector& a, const Vector& b)
+{
+  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+/// The angle between two directions in degrees.
+double angle_between(const Vector& a, const Vector& b)
+{
+  const double cosine = dot(a, b) / std::sqrt(dot(a, a) * dot(b, b));
+  return std::acos(std::min(1.0, std::max(-1.0, cosine))) * 180.0 / 3.14159265358979;
+}
+
+/// A window that takes keys, of a cube coloured by the sides' numbers.
+class MeshviewKeysInWindowTest : public MeshviewWindowTest
+{
+protected:
+  void SetUp() override
+  {
+    MeshviewWindowTest::SetUp();
+    const std::string cube = write_cube();
+    mProcess = std::make_unique<Process>(
+        std::vector<std::string>{cube, "--size", "200x200", "--background", "9", "--color-by", "side"}, false,
+        false, mFolder);
+    mWindow = wait_for_window("meshview - " + cube);
+    ASSERT_NE(mWindow, 0U);
+    // Keys that come before the program listens are lost.
+    std::thread knocking([this] {
+      while (!mListens) {
+        press_key(mWindow, XK_h);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      }
+    });
+    mListens = mProcess->wait_for_output_text("print this list");
+    mListens = true;
+    knocking.join();
+  }
+
+  void TearDown() override
+  {
+    mProcess.reset();
+    MeshviewWindowTest::TearDown();
+  }
+
+  /// What the program writes from now on, until it writes the text.
+  std::string expect_output(const std::string& text)
+  {
+    const std::string all = mProcess->expect_new_output(text);
+    EXPECT_NE(all.find(text), std::string::npos) << "'" << text << "' is not in '" << all << "'";
+    return all;
+  }
+
+  /// The direction in which the camera looks.
+  Vector direction()
+  {
+    press_key(mWindow, XK_v);
+    const std::string text = expect_output("AutoCenter");
+    Vector found = {};
+    const auto at = text.find(" View: <");
+    EXPECT_NE(at, std::string::npos) << text;
+    if (at != std::string::npos) {
+      EXPECT_EQ(std::sscanf(text.c_str() + at, " View: <%lfi %lfj %lfk>", &found[0], &found[1], &found[2]), 3)
+          << text;
+    }
+    return found;
+  }
+
+  /// The picture that the key s saves.
+  Image picture()
+  {
+    press_key(mWindow, XK_s);
+    char name[40];
+    std::snprintf(name, sizeof name, "cube_%04d.png", ++mPictures);
+    expect_output(std::string("saved ") + name);
+    return read_png(in_folder(name));
+  }
+
+  std::unique_ptr<Process> mProcess;
+  Window mWindow = 0;
+  std::atomic<bool> mListens{false};
+  int mPictures = 0;
+};
+
+TEST_F(MeshviewKeysInWindowTest, SidesTurnsAndSavedViews)
+{
+  const std::pair<KeySym, Vector> sides[] = {{XK_x, {-1, 0, 0}}, {XK_X, {1, 0, 0}}, {XK_Y, {0, 1, 0}},
+                                             {XK_u, {0, 0, -1}}, {XK_U, {0, 0, 1}}, {XK_y, {0, -1, 0}}};
+  for (const auto& [key, expected] : sides) {
+    press_key(mWindow, key, (key == XK_X || key == XK_Y || key == XK_U) ? ShiftMask : 0U);
+    EXPECT_LT(angle_between(direction(), expected), 0.01) << key;
+  }
+  press_key(mWindow, XK_2, ControlMask);
+  expect_output("saved view 2");
+  for (const int key : {XK_Left, XK_Up, XK_Right, XK_Down}) {
+    const Vector before = direction();
+    press_key(mWindow, static_cast<KeySym>(key));
+    EXPECT_NEAR(angle_between(direction(), before), 15.0, 0.01) << key;
+  }
+  press_key(mWindow, XK_x);
+  press_key(mWindow, XK_3); // nothing is saved there
+  EXPECT_LT(angle_between(direction(), {-1, 0, 0}), 0.01);
+  press_key(mWindow, XK_2);
+  EXPECT_LT(angle_between(direction(), {0, -1, 0}), 0.01);
+  press_key(mWindow, XK_q);
+  EXPECT_EQ(mProcess->wait().status, 0);
+}
+
+// The mesh follows the arrow: its sides towards +x, and towards +z, come to the middle from the other side.
+TEST_F(MeshviewKeysInWindowTest, ArrowsTurnTheMeshTheirWay)
+{
+  press_key(mWindow, XK_Y, ShiftMask); // from -y, with x to the right
+  press_key(mWindow, XK_Left);
+  EXPECT_LT(direction()[0], -0.2) << "from the right";
+  press_key(mWindow, XK_Y, ShiftMask);
+  press_key(mWindow, XK_Down);
+  EXPECT_LT(direction()[2], -0.2) << "from above";
+}
+
+TEST_F(MeshviewKeysInWindowTest, DecorationsComeAndGo)
+{
+  press_key(mWindow, XK_x);
+  const Image plain = picture();
+  for (const int key : {XK_t, XK_c, XK_b}) {
+    press_key(mWindow, static_cast<KeySym>(key));
+    const Image with = picture();
+    EXPECT_GT(compare(with, plain).pixels_over_8, 30) << key;
+    press_key(mWindow, static_cast<KeySym>(key));
+    EXPECT_EQ(picture(), plain) << key;
+  }
+  std::vector<Image> axes;
+  for (int i = 0; i < 4; ++i) {
+    press_key(mWindow, XK_a);
+    axes.push_back(picture());
+  }
+  EXPECT_NE(axes[1], plain) << "flat, in the corner";
+  EXPECT_EQ(axes[3], plain) << "off";
+  press_key(mWindow, XK_l);
+  const Image legend = picture();
+  EXPECT_EQ(legend.at(200 / 3 + 5, 15), (Rgb{0, 0, 0}));
+  press_key(mWindow, XK_p);
+  EXPECT_EQ(picture().at(200 / 3 + 5, 15), (Rgb{255, 255, 255})) << "in perspective there is no scale";
+}
+
+TEST_F(MeshviewKeysInWindowTest, ZoomsAndComesBack)
+{
+  press_key(mWindow, XK_x);
+  const auto width = [this] {
+    return find_pixels(picture(), [](Rgb pixel) { return !is_white(pixel); }).width();
+  };
+  const int before = width();
+  press_key(mWindow, XK_minus);
+  const int away = width();
+  EXPECT_LT(away, before);
+  press_key(mWindow, XK_plus, ShiftMask);
+  EXPECT_NEAR(width(), before, 4);
+  for (const int key : {XK_z, XK_r}) {
+    press_key(mWindow, XK_minus);
+    press_key(mWindow, XK_minus);
+    press_key(mWindow, static_cast<KeySym>(key));
+    EXPECT_GT(width(), 70) << key;
+    EXPECT_LT(width(), 200) << key;
+  }
+}
+
+// A full turn ends where it began. Keys that are pressed meanwhile wait for its end, but for Escape.
+TEST_F(MeshviewKeysInWindowTest, SpaceTurnsOnceAndEscapeStopsIt)
+{
+  press_key(mWindow, XK_x);
+  press_key(mWindow, XK_space);
+  EXPECT_LT(angle_between(direction(), {-1, 0, 0}), 0.01);
+  press_key(mWindow, XK_space);
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  press_key(mWindow, XK_Y, ShiftMask); // is forgotten
+  press_key(mWindow, XK_Escape);
+  const Vector stopped = direction();
+  EXPECT_GT(angle_between(stopped, {-1, 0, 0}), 0.5);
+  EXPECT_GT(angle_between(stopped, {0, 1, 0}), 0.5);
+}
+
+TEST_F(MeshviewKeysInWindowTest, QuitEndsASpinToo)
+{
+  press_key(mWindow, XK_space);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  press_key(mWindow, XK_q);
+  EXPECT_EQ(mProcess->wait().status, 0);
+}
+
+TEST_F(MeshviewKeysInWindowTest, ClosingTheWindowEndsASpinToo)
+{
+  press_key(mWindow, XK_space);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  ask_to_close(mWindow);
+  EXPECT_EQ(mProcess->wait().status, 0);
+}
+
+// Keys of VTK's interactor styles that would change how things are drawn, or end the program's own order.
+TEST_F(MeshviewKeysInWindowTest, KeysThatAreNotListedDoNothing)
+{
+  press_key(mWindow, XK_x);
+  const Image before = picture();
+  for (const int key : {XK_w, XK_f, XK_j, XK_o, XK_k, XK_3}) {
+    press_key(mWindow, static_cast<KeySym>(key));
+  }
+  EXPECT_EQ(picture(), before);
+}
+
+} // namespace
