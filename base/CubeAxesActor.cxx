@@ -2,48 +2,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CubeAxesActor.h"
 
-#include "ScaleLabels.h"
+#include "CubeAxis.h"
 
-#include <vtkAxisActor2D.h>
 #include <vtkCoordinate.h>
 #include <vtkObjectFactory.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace morrow {
 
 namespace {
-
-constexpr double LeastLength = 60.0; // in pixels: room for five numbers above each other
-
-/// One axis, which chooses its format by itself.
-class CubeAxis : public vtkAxisActor2D
-{
-public:
-  static CubeAxis* New() { VTK_STANDARD_NEW_BODY(CubeAxis); }
-  vtkTypeMacro(CubeAxis, vtkAxisActor2D)
-  CubeAxis(const CubeAxis&) = delete;
-  void operator=(const CubeAxis&) = delete;
-
-  using vtkAxisActor2D::SetRange;
-
-  void SetRange(double first, double last) override
-  {
-    let_scale_meet_zero(first, last, this->NumberOfLabels);
-    this->Superclass::SetRange(first, last);
-  }
-
-  // The cube hands one format to all of its axes.
-  void SetLabelFormat(const char* /*format*/) override
-  {
-    const std::string own = scale_format(this->Range[0], this->Range[1], this->NumberOfLabels);
-    this->Superclass::SetLabelFormat(own.c_str());
-  }
-
-protected:
-  CubeAxis() = default;
-  ~CubeAxis() override = default;
-};
 
 void replace(vtkAxisActor2D*& axis)
 {
@@ -52,15 +22,6 @@ void replace(vtkAxisActor2D*& axis)
   axis->GetPositionCoordinate()->SetCoordinateSystemToDisplay();
   axis->GetPosition2Coordinate()->SetCoordinateSystemToDisplay();
   axis->AdjustLabelsOff();
-}
-
-bool has_room(vtkAxisActor2D& axis)
-{
-  const double* a = axis.GetPositionCoordinate()->GetValue();
-  const double* b = axis.GetPosition2Coordinate()->GetValue();
-  const double* range = axis.GetRange();
-  return std::hypot(b[0] - a[0], b[1] - a[1]) >= LeastLength &&
-         is_scale(range[0], range[1], axis.GetNumberOfLabels());
 }
 
 } // namespace
@@ -94,12 +55,48 @@ int CubeAxesActor::RenderOpaqueGeometry(vtkViewport* viewport)
   return this->Superclass::RenderOpaqueGeometry(viewport);
 }
 
+std::vector<CubeAxis*> CubeAxesActor::drawn_axes() const
+{
+  std::vector<CubeAxis*> axes;
+  const auto add = [&axes](vtkAxisActor2D* axis, bool is_visible) {
+    auto* own = CubeAxis::SafeDownCast(axis);
+    if (is_visible && own->has_room()) {
+      axes.push_back(own);
+    }
+  };
+  add(this->XAxis, this->XAxisVisibility != 0);
+  add(this->YAxis, this->YAxisVisibility != 0);
+  add(this->ZAxis, this->ZAxisVisibility != 0);
+  return axes;
+}
+
+std::vector<LabelBox> CubeAxesActor::labels(vtkViewport& viewport) const
+{
+  std::vector<LabelBox> boxes;
+  for (const CubeAxis* axis : this->drawn_axes()) {
+    const std::vector<LabelBox> own = axis->labels(viewport);
+    std::copy_if(own.begin(), own.end(), std::back_inserter(boxes),
+                 [](const LabelBox& box) { return box.is_shown; });
+  }
+  return boxes;
+}
+
 int CubeAxesActor::RenderOverlay(vtkViewport* viewport)
 {
+  const std::vector<CubeAxis*> axes = this->drawn_axes();
+  if (this->RenderSomething != 0) {
+    for (CubeAxis* axis : axes) {
+      axis->thin_out(*viewport);
+    }
+    keep_labels_apart(axes, *viewport);
+  }
+  const auto is_drawn = [&axes](vtkAxisActor2D* axis) {
+    return std::find(axes.begin(), axes.end(), axis) != axes.end();
+  };
   const vtkTypeBool visible[3] = {this->XAxisVisibility, this->YAxisVisibility, this->ZAxisVisibility};
-  this->XAxisVisibility = visible[0] != 0 && has_room(*this->XAxis);
-  this->YAxisVisibility = visible[1] != 0 && has_room(*this->YAxis);
-  this->ZAxisVisibility = visible[2] != 0 && has_room(*this->ZAxis);
+  this->XAxisVisibility = is_drawn(this->XAxis);
+  this->YAxisVisibility = is_drawn(this->YAxis);
+  this->ZAxisVisibility = is_drawn(this->ZAxis);
   const int drawn = this->Superclass::RenderOverlay(viewport);
   this->XAxisVisibility = visible[0];
   this->YAxisVisibility = visible[1];

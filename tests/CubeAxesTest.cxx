@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CubeAxes.h"
+#include "CubeAxesActor.h"
+#include "CubeAxis.h"
 #include "ViewFixture.h"
 
 #include <vtkActor2D.h>
@@ -253,6 +255,55 @@ TEST_F(CubeAxesTest, NothingIsDrawnAroundWhatIsNotFinite)
   }
   mAxes.actor()->SetBounds(-0.5, 0.5, -0.5, 0.5, -0.5, 0.5); // and they come back
   EXPECT_GT(num_lit(mScene.render()), 0);
+}
+
+std::vector<morrow::LabelBox> drawn_labels(const morrow::CubeAxes& axes, vtkViewport* viewport)
+{
+  return morrow::CubeAxesActor::SafeDownCast(axes.actor())->labels(*viewport);
+}
+
+// From all sides, with short numbers and long ones, also after frames without a change.
+TEST_F(CubeAxesTest, NumbersDoNotOverlap)
+{
+  for (const Bounds& bounds : {Bounds{-18.6, 120.0, -45.0, 45.0, -18.6, 120.0},
+                               {1000000.0, 1000001.0, 0.0, 1.0, -1.0, 0.0},
+                               {0.0, 1e-9, 0.0, 1e-9, 0.0, 2e-9}}) {
+    for (int turn = 0; turn < 24; ++turn) {
+      const double angle = turn * 0.2618;
+      show(bounds, std::cos(angle), std::sin(angle), 0.1 * (turn % 9) - 0.4);
+      static_cast<void>(mScene.render());
+      const auto boxes = drawn_labels(mAxes, mScene.renderer());
+      for (std::size_t i = 0; i < boxes.size(); ++i) {
+        for (std::size_t j = i + 1; j < boxes.size(); ++j) {
+          EXPECT_FALSE(collide(boxes[i], boxes[j])) << bounds[0] << ", turn " << turn;
+        }
+      }
+    }
+  }
+}
+
+TEST_F(CubeAxesTest, NumbersWithRoomAreAllThere)
+{
+  show({0.0, 1.0, 0.0, 1.0, 0.0, 1.0});
+  EXPECT_EQ(drawn_labels(mAxes, mScene.renderer()).size(), 15U);
+}
+
+TEST(LabelStepTest, LeavesOutAsFewNumbersAsItMay)
+{
+  const auto row = [](double width) {
+    std::vector<morrow::LabelBox> boxes;
+    for (int i = 0; i < 5; ++i) {
+      boxes.push_back({{i * 20.0, 0.0}, {i * 20.0 + width, 10.0}, true});
+    }
+    return boxes;
+  };
+  EXPECT_EQ(morrow::label_step(row(10.0)), 1);
+  EXPECT_EQ(morrow::label_step(row(12.0)), 1); // a gap of eight pixels is enough
+  EXPECT_EQ(morrow::label_step(row(13.0)), 2);
+  EXPECT_EQ(morrow::label_step(row(33.0)), 4);
+  EXPECT_EQ(morrow::label_step(row(200.0)), 4);
+  EXPECT_EQ(morrow::label_step({}), 1);
+  EXPECT_EQ(morrow::label_step({{}}), 1);
 }
 
 // The host may give the renderer another camera at any time.
