@@ -8,14 +8,10 @@
 
 #include <vtkActor.h>
 #include <vtkNew.h>
-#include <vtkPNGWriter.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
-#include <vtkRenderWindow.h>
-#include <vtkRenderer.h>
 #include <vtkSphereSource.h>
-#include <vtkWindowToImageFilter.h>
 
 /// A model whose parts never change.
 class SphereModel : public GModel
@@ -47,13 +43,6 @@ int main()
   set.add_view(&view);
   set.add_model(&model);
   model.add_part(sphere->GetOutput(), make_props);
-  view.get_renderer()->ResetCamera();
-  view.render();
-
-  vtkNew<vtkWindowToImageFilter> pixels;
-  pixels->SetInput(view.get_render_window());
-  vtkNew<vtkPNGWriter> writer;
-  writer->SetInputConnection(pixels->GetOutputPort());
-  writer->SetFileName("minimal_host.png");
-  writer->Write();
+  view.reset_camera();
+  return view.write_image("minimal_host.png", GView::PNG, 0, 0) ? 0 : 1;
 }
