@@ -81,7 +81,7 @@ pkg-config)
   read -r -a flags < <(pkg-config --cflags --libs morrow_base)
   # What the host itself uses beyond the library: VTK has no pkg-config files.
   "$cxx" -std=c++17 "$host/main.cxx" -o "$folder/minimal_host" "${flags[@]}" \
-    -lvtkFiltersSources-9.1 -lvtkIOImage-9.1
+    -lvtkFiltersSources-9.1
   run_host env LD_LIBRARY_PATH="$(library_folder)" "$folder/minimal_host"
   ;;
 subproject)
