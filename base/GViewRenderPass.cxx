@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "GSilhouetteMapper.h"
 #include "MRUtil.h"
 
 #include <vtkActor.h>
@@ -32,6 +33,12 @@ bool draws_no_surface(int mode)
 bool fills_depth_only(int mode)
 {
   return mode == MRUtil::RENDER_HIDDEN_LINE || mode == MRUtil::RENDER_HIDDEN_LINE_DASH;
+}
+
+/// The mapper of an actor that draws with an OpenGL program of its own: VTK cannot have it peeled.
+GSilhouetteMapper* unpeelable_mapper(vtkActor* actor)
+{
+  return actor != nullptr ? GSilhouetteMapper::SafeDownCast(actor->GetMapper()) : nullptr;
 }
 
 /// No colour is written while it lives.
@@ -243,6 +250,21 @@ bool GViewRenderPass::has_translucent_props(vtkRenderer& renderer)
   return found;
 }
 
+// Translucent silhouettes are blended over what is opaque, and hide what is translucent behind them.
+void GViewRenderPass::draw_unpeelable(vtkOpenGLRenderer& renderer)
+{
+  renderer.GetState()->vtkglDepthMask(1);
+  for (const Item& item : mItems) {
+    if (const vtkSmartPointer<GSilhouetteMapper> mapper = unpeelable_mapper(item.actor)) {
+      this->guarded(renderer, [&] {
+        if (item.actor->HasTranslucentPolygonalGeometry() != 0) {
+          mapper->Render(&renderer, item.actor);
+        }
+      });
+    }
+  }
+}
+
 void GViewRenderPass::make_depth_peeling_pass(vtkOpenGLRenderer& renderer)
 {
   if (renderer.IsDualDepthPeelingSupported()) {
@@ -257,6 +279,7 @@ void GViewRenderPass::make_depth_peeling_pass(vtkOpenGLRenderer& renderer)
 
 void GViewRenderPass::draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer)
 {
+  this->draw_unpeelable(renderer);
   if (mDepthPeelingPass == nullptr) {
     this->make_depth_peeling_pass(renderer);
   }

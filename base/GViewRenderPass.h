@@ -24,7 +24,9 @@ class vtkRenderer;
 /// 2. Lines and points: all other props. An actor with the MRUtil::VERTEX_VISIBILITY() key, whatever the
 ///    key's value and the actor's representation, is drawn here exactly when vertices are visible; so a
 ///    surface with the key is drawn twice.
-/// 3. Translucent geometry by depth peeling, with the renderer's occlusion ratio and number of peels.
+/// 3. Translucent geometry by depth peeling, with the renderer's occlusion ratio and number of peels; before
+///    that, translucent silhouettes (GSilhouetteMapper), which cannot be peeled: they are blended over opaque
+///    geometry only, and hide translucent geometry behind them.
 /// 4. Overlays.
 ///
 /// Within a stage props are drawn in the renderer's order. When the window's render has been aborted before
@@ -95,6 +97,7 @@ private:
   void draw_for_selection(vtkOpenGLRenderer& renderer);
   [[nodiscard]] bool has_translucent_props(vtkRenderer& renderer);
   void draw_translucent(const vtkRenderState& state, vtkOpenGLRenderer& renderer);
+  void draw_unpeelable(vtkOpenGLRenderer& renderer);
   void make_depth_peeling_pass(vtkOpenGLRenderer& renderer);
   void draw_overlays(vtkRenderer& renderer);
 

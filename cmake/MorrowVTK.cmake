@@ -34,6 +34,7 @@ set(MORROW_VTK_FACTORIES InteractionStyle RenderingFreeType RenderingOpenGL2 Ren
 set(MORROW_VTK_EXTRA_COMPONENTS
     FiltersCore
     FiltersExtraction
+    FiltersHybrid
     IOExodus
     IOGeometry
     IOImport

@@ -1,0 +1,252 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+
+// Unique edges of a mesh, beside the literal way (VTK's edge table, cell by cell) and vtkExtractEdges with
+// all points kept, on the same mesh. "literal/ours" and "vtk/ours" are how many times as long they take;
+// "memory/literal" is the peak memory of a run beside the literal one's. The results are compared. Needs no
+// display.
+#include "GExtractEdges.h"
+#include "LiteralExtractEdges.h"
+
+#include <benchmark/benchmark.h>
+
+#include <vtkCellArray.h>
+#include <vtkCellData.h>
+#include <vtkCellType.h>
+#include <vtkExtractEdges.h>
+#include <vtkIntArray.h>
+#include <vtkNew.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkUnstructuredGrid.h>
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <ctime>
+#include <fstream>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+// ---------------------------------------------------------------------------------------------------------
+// Meshes
+
+enum class Order
+{
+  OfTheMesh,
+  Random
+};
+
+void add_numbers(vtkDataSet& data)
+{
+  vtkNew<vtkIntArray> numbers;
+  numbers->SetName("number");
+  numbers->SetNumberOfTuples(data.GetNumberOfCells());
+  std::iota(numbers->GetPointer(0), numbers->GetPointer(0) + data.GetNumberOfCells(), 0);
+  data.GetCellData()->AddArray(numbers);
+}
+
+/// About so many triangles, two in each square of a height field.
+vtkSmartPointer<vtkPolyData> triangles(std::int64_t count, Order order)
+{
+  const auto side = static_cast<vtkIdType>(std::sqrt(static_cast<double>(count) / 2.0));
+  vtkNew<vtkPoints> points;
+  for (vtkIdType y = 0; y <= side; ++y) {
+    for (vtkIdType x = 0; x <= side; ++x) {
+      points->InsertNextPoint(static_cast<double>(x), static_cast<double>(y),
+                              std::sin(0.1 * static_cast<double>(x + y)));
+    }
+  }
+  std::vector<vtkIdType> squares(static_cast<std::size_t>(side * side));
+  std::iota(squares.begin(), squares.end(), 0);
+  if (order == Order::Random) {
+    std::shuffle(squares.begin(), squares.end(), std::mt19937(1));
+  }
+  vtkNew<vtkCellArray> cells;
+  for (const vtkIdType square : squares) {
+    const vtkIdType a = square / side * (side + 1) + square % side;
+    const vtkIdType lower[3] = {a, a + 1, a + side + 2};
+    const vtkIdType upper[3] = {a, a + side + 2, a + side + 1};
+    cells->InsertNextCell(3, lower);
+    cells->InsertNextCell(3, upper);
+  }
+  auto data = vtkSmartPointer<vtkPolyData>::New();
+  data->SetPoints(points);
+  data->SetPolys(cells);
+  add_numbers(*data);
+  return data;
+}
+
+vtkSmartPointer<vtkUnstructuredGrid> hexahedra(std::int64_t count)
+{
+  const auto side = static_cast<vtkIdType>(std::cbrt(static_cast<double>(count)));
+  const vtkIdType row = side + 1;
+  vtkNew<vtkPoints> points;
+  for (vtkIdType i = 0; i < row * row * row; ++i) {
+    points->InsertNextPoint(static_cast<double>(i % row), static_cast<double>(i / row % row),
+                            static_cast<double>(i / row / row));
+  }
+  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  grid->SetPoints(points);
+  grid->Allocate(side * side * side);
+  for (vtkIdType i = 0; i < side * side * side; ++i) {
+    const vtkIdType a = i % side + i / side % side * row + i / side / side * row * row;
+    const vtkIdType b = a + row * row;
+    const vtkIdType ids[8] = {a, a + 1, a + row + 1, a + row, b, b + 1, b + row + 1, b + row};
+    grid->InsertNextCell(VTK_HEXAHEDRON, 8, ids);
+  }
+  add_numbers(*grid);
+  return grid;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Contenders
+
+vtkSmartPointer<vtkPolyData> ours(vtkPointSet* input)
+{
+  vtkNew<GExtractEdges> filter;
+  filter->SetInputDataObject(input);
+  filter->Update();
+  return filter->GetOutput();
+}
+
+vtkSmartPointer<vtkPolyData> literal(vtkPointSet* input)
+{
+  auto output = vtkSmartPointer<vtkPolyData>::New();
+  morrow_test::LiteralExtractEdges::run(input, output);
+  return output;
+}
+
+vtkSmartPointer<vtkPolyData> vtks(vtkPointSet* input)
+{
+  vtkNew<vtkExtractEdges> filter;
+  filter->UseAllPointsOn();
+  filter->SetInputDataObject(input);
+  filter->Update();
+  return filter->GetOutput();
+}
+
+bool are_equal(vtkPolyData& a, vtkPolyData& b)
+{
+  const vtkIdType count = a.GetNumberOfLines();
+  if (count != b.GetNumberOfLines()) {
+    return false;
+  }
+  const auto same = [](vtkDataArray* x, vtkDataArray* y) {
+    const auto bytes = x->GetNumberOfValues() * x->GetDataTypeSize();
+    const auto* begin = static_cast<const char*>(x->GetVoidPointer(0));
+    return x->GetNumberOfValues() == y->GetNumberOfValues() && x->GetDataType() == y->GetDataType() &&
+           std::equal(begin, begin + bytes, static_cast<const char*>(y->GetVoidPointer(0)));
+  };
+  return same(a.GetLines()->GetConnectivityArray(), b.GetLines()->GetConnectivityArray()) &&
+         same(a.GetLines()->GetOffsetsArray(), b.GetLines()->GetOffsetsArray()) &&
+         same(a.GetCellData()->GetArray("number"), b.GetCellData()->GetArray("number"));
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Measuring
+
+/// Processor time: everything here runs on one thread, and other programs do not count.
+template<typename Call>
+double seconds(Call&& call)
+{
+  const std::clock_t start = std::clock();
+  call();
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+template<typename Call>
+double median_seconds(Call&& call, int runs)
+{
+  std::vector<double> times;
+  for (int i = 0; i < runs; ++i) {
+    times.push_back(seconds(call));
+  }
+  std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
+  return times[static_cast<std::size_t>(runs) / 2];
+}
+
+/// A line of this process's status as the system keeps it, in KiB; 0 where there is none.
+double status_kib(const std::string& name)
+{
+  std::ifstream status("/proc/self/status");
+  std::string word;
+  double value = 0.0;
+  while (status >> word) {
+    if (word == name + ":" && status >> value) {
+      return value;
+    }
+  }
+  return 0.0;
+}
+
+/// How far the call raises the memory of this process, in KiB; 0 where the system does not tell.
+template<typename Call>
+double peak_kib(Call&& call)
+{
+  malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << "5"; // the peak starts anew
+  const double before = status_kib("VmRSS");
+  call();
+  return std::max(0.0, status_kib("VmHWM") - before);
+}
+
+void run(benchmark::State& state, vtkPointSet* input)
+{
+  if (!are_equal(*ours(input), *literal(input))) {
+    state.SkipWithError("the results differ");
+    return;
+  }
+  std::vector<double> times;
+  for (auto _ : state) {
+    const double time = seconds([&] { ours(input); });
+    state.SetIterationTime(time);
+    times.push_back(time);
+  }
+  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
+  const double own = times[times.size() / 2];
+  constexpr int runs = 5;
+  state.counters["literal/ours"] = median_seconds([&] { literal(input); }, runs) / own;
+  state.counters["vtk/ours"] = median_seconds([&] { vtks(input); }, runs) / own;
+  const double own_peak = peak_kib([&] { ours(input); });
+  const double literal_peak = peak_kib([&] { literal(input); });
+  if (literal_peak > 0.0) {
+    state.counters["memory/literal"] = own_peak / literal_peak;
+  }
+  state.counters["cells/s"] =
+      benchmark::Counter(static_cast<double>(input->GetNumberOfCells()) / own, benchmark::Counter::kDefaults);
+}
+
+void Triangles(benchmark::State& state)
+{
+  run(state, triangles(state.range(0), Order::OfTheMesh));
+}
+
+void TrianglesInRandomOrder(benchmark::State& state)
+{
+  run(state, triangles(state.range(0), Order::Random));
+}
+
+void Hexahedra(benchmark::State& state)
+{
+  run(state, hexahedra(state.range(0)));
+}
+
+} // namespace
+
+BENCHMARK(Triangles)->Arg(1000)->Arg(200'000)->Arg(1'000'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(TrianglesInRandomOrder)
+    ->Arg(1000)
+    ->Arg(200'000)
+    ->Arg(1'000'000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(Hexahedra)->Arg(1000)->Arg(200'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();

@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+
+// Silhouette edges of a mesh as the camera goes round it, beside the literal way and vtkPolyDataSilhouette.
+// "literal/ours" and "vtk/ours" are how many times as long they take for a view; "allocations" is how many
+// pieces of memory ours asks for in one. VTK's first view, for which it finds the neighbours of all cells,
+// does not count. Ours and the literal version are compared view by view, bit for bit. Needs no display.
+#include "CountedAllocations.h"
+#include "GSilhouetteMapper.h"
+#include "LiteralSilhouette.h"
+
+#include <benchmark/benchmark.h>
+
+#include <vtkCamera.h>
+#include <vtkCellArray.h>
+#include <vtkMatrix4x4.h>
+#include <vtkNew.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkPolyDataSilhouette.h>
+#include <vtkSmartPointer.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+#include <functional>
+#include <vector>
+
+namespace {
+
+// ---------------------------------------------------------------------------------------------------------
+// Meshes
+
+using Surface = std::function<void(double u, double v, double* point)>; // from 0 to 1
+
+/// About so many triangles, two in each square of a grid over the surface.
+vtkSmartPointer<vtkPolyData> triangles(std::int64_t count, const Surface& surface)
+{
+  const auto side = static_cast<vtkIdType>(std::sqrt(static_cast<double>(count) / 2.0));
+  vtkNew<vtkPoints> points;
+  for (vtkIdType i = 0; i < (side + 1) * (side + 1); ++i) {
+    double point[3];
+    surface(static_cast<double>(i % (side + 1)) / static_cast<double>(side),
+            static_cast<double>(i / (side + 1)) / static_cast<double>(side), point);
+    points->InsertNextPoint(point);
+  }
+  vtkNew<vtkCellArray> cells;
+  for (vtkIdType square = 0; square < side * side; ++square) {
+    const vtkIdType a = square / side * (side + 1) + square % side;
+    const vtkIdType lower[3] = {a, a + 1, a + side + 2};
+    const vtkIdType upper[3] = {a, a + side + 2, a + side + 1};
+    cells->InsertNextCell(3, lower);
+    cells->InsertNextCell(3, upper);
+  }
+  auto data = vtkSmartPointer<vtkPolyData>::New();
+  data->SetPoints(points);
+  data->SetPolys(cells);
+  return data;
+}
+
+void sphere(double u, double v, double* point)
+{
+  constexpr double pi = 3.14159265358979323846;
+  point[0] = std::cos(2.0 * pi * u) * std::sin(pi * v);
+  point[1] = std::sin(2.0 * pi * u) * std::sin(pi * v);
+  point[2] = -std::cos(pi * v);
+}
+
+void height_field(double u, double v, double* point)
+{
+  point[0] = 2.0 * u - 1.0;
+  point[1] = 2.0 * v - 1.0;
+  point[2] = 0.05 * std::sin(90.0 * u) * std::cos(70.0 * v);
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Measuring
+
+/// Goes round the mesh, a little at a time.
+class Journey
+{
+public:
+  Journey()
+  {
+    mCamera->SetPosition(4.0, 0.0, 1.5);
+    mCamera->SetViewUp(0.0, 0.0, 1.0);
+  }
+
+  void go_on()
+  {
+    mCamera->Azimuth(7.0);
+    mMatrix->DeepCopy(mCamera->GetCompositeProjectionTransformMatrix(1.25, 0.0, 1.0));
+  }
+
+  [[nodiscard]] vtkCamera* camera() const { return mCamera; }
+  [[nodiscard]] vtkMatrix4x4* matrix() const { return mMatrix; }
+
+private:
+  vtkNew<vtkCamera> mCamera;
+  vtkNew<vtkMatrix4x4> mMatrix;
+};
+
+/// Processor time: everything here runs on one thread, and other programs do not count.
+template<typename Call>
+double seconds(Call&& call)
+{
+  const std::clock_t start = std::clock();
+  call();
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+double median(std::vector<double> times)
+{
+  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+  std::nth_element(times.begin(), middle, times.end());
+  return *middle;
+}
+
+template<typename Call>
+double median_seconds(Journey& journey, Call&& call)
+{
+  constexpr int views = 11;
+  std::vector<double> times;
+  for (int i = 0; i < views; ++i) {
+    journey.go_on();
+    times.push_back(seconds(call));
+  }
+  return median(times);
+}
+
+bool are_same(const std::vector<float>& a, const std::vector<float>& b)
+{
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+}
+
+void run(benchmark::State& state, vtkPolyData* data)
+{
+  Journey journey;
+  vtkNew<GSilhouetteMapper> mapper;
+  std::vector<float> edges;
+  std::vector<float> expected;
+  const std::uint64_t before_all = morrow_test::gAllocations;
+  journey.go_on();
+  mapper->compute(journey.matrix(), data, edges);
+  if (morrow_test::gAllocations == before_all) {
+    state.SkipWithError("allocations are not counted");
+    return;
+  }
+  constexpr int full_circle = 52;
+  for (int i = 0; i < full_circle; ++i) {
+    journey.go_on();
+    mapper->compute(journey.matrix(), data, edges);
+    if (i % 13 == 0) {
+      morrow_test::LiteralSilhouette::run(journey.matrix(), data, expected);
+      if (edges.empty() || !are_same(edges, expected)) {
+        state.SkipWithError("the results differ");
+        return;
+      }
+    }
+  }
+  vtkNew<vtkPolyDataSilhouette> vtks;
+  vtks->SetInputData(data);
+  vtks->SetCamera(journey.camera());
+  vtks->Update();
+  std::vector<double> times;
+  std::uint64_t allocations = 0;
+  for (auto _ : state) {
+    journey.go_on();
+    const std::uint64_t before = morrow_test::gAllocations;
+    const double time = seconds([&] { mapper->compute(journey.matrix(), data, edges); });
+    allocations += morrow_test::gAllocations - before;
+    state.SetIterationTime(time);
+    times.push_back(time);
+  }
+  const double own = median(times);
+  state.counters["literal/ours"] =
+      median_seconds(journey,
+                     [&] { morrow_test::LiteralSilhouette::run(journey.matrix(), data, expected); }) /
+      own;
+  state.counters["vtk/ours"] = median_seconds(journey, [&] { vtks->Update(); }) / own;
+  state.counters["allocations"] =
+      benchmark::Counter(static_cast<double>(allocations), benchmark::Counter::kAvgIterations);
+  state.counters["edges"] = static_cast<double>(edges.size()) / 6.0;
+  state.counters["triangles/s"] = static_cast<double>(data->GetNumberOfPolys()) / own;
+}
+
+void Sphere(benchmark::State& state)
+{
+  run(state, triangles(state.range(0), sphere));
+}
+
+void HeightField(benchmark::State& state)
+{
+  run(state, triangles(state.range(0), height_field));
+}
+
+} // namespace
+
+BENCHMARK(Sphere)->Arg(1000)->Arg(200'000)->Arg(1'000'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(HeightField)
+    ->Arg(1000)
+    ->Arg(200'000)
+    ->Arg(1'000'000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "TupleGather.h"
+
+#include <gtest/gtest.h>
+
+#include <vtkCellData.h>
+#include <vtkIdTypeArray.h>
+#include <vtkIntArray.h>
+#include <vtkNew.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+vtkSmartPointer<vtkIntArray> numbers(const char* name, const std::vector<int>& values)
+{
+  auto array = vtkSmartPointer<vtkIntArray>::New();
+  array->SetName(name);
+  for (const int value : values) {
+    array->InsertNextValue(value);
+  }
+  return array;
+}
+
+std::vector<double> values_of(vtkDataArray* array)
+{
+  std::vector<double> values;
+  for (vtkIdType i = 0; i < array->GetNumberOfTuples(); ++i) {
+    values.push_back(array->GetTuple1(i));
+  }
+  return values;
+}
+
+const std::vector<std::int64_t> kWide = {2, 0};
+const std::vector<std::int32_t> kNarrow = {1, 1, 2};
+const std::vector<morrow::TupleRun> kRuns = {{kWide.data(), true, 2}, {kNarrow.data(), false, 3}};
+
+} // namespace
+
+TEST(TupleGatherTest, RunsOfBothWidthsFollowEachOther)
+{
+  vtkNew<vtkCellData> from;
+  from->AddArray(numbers("a", {10, 20, 30}));
+  vtkNew<vtkCellData> to;
+  morrow::gather_tuples(*from, *to, kRuns);
+  EXPECT_EQ(values_of(to->GetArray("a")), (std::vector<double>{30, 10, 20, 20, 30}));
+}
+
+TEST(TupleGatherTest, LeavesOutWhatCopyAllocateLeavesOut)
+{
+  vtkNew<vtkCellData> from;
+  from->AddArray(numbers("a", {1, 2, 3}));
+  from->SetScalars(numbers("scalars", {4, 5, 6}));
+  from->AddArray(numbers("b", {7, 8, 9}));
+  vtkNew<vtkCellData> to;
+  to->CopyScalarsOff();
+  to->CopyFieldOff("a");
+  morrow::gather_tuples(*from, *to, kRuns);
+  ASSERT_EQ(to->GetNumberOfArrays(), 1);
+  EXPECT_EQ(values_of(to->GetArray("b")), (std::vector<double>{9, 7, 8, 8, 9}));
+}
+
+TEST(TupleGatherTest, NothingFromNothing)
+{
+  vtkNew<vtkCellData> from;
+  from->AddArray(numbers("a", {1}));
+  vtkNew<vtkCellData> to;
+  morrow::gather_tuples(*from, *to, {});
+  EXPECT_EQ(to->GetArray("a")->GetNumberOfTuples(), 0);
+}
