@@ -64,6 +64,9 @@ public:
   void set_label_color(BrantColor color);
   void release(vtkWindow* window);
 
+  [[nodiscard]] const std::vector<vtkSmartPointer<vtkProp>>& shapes() const { return mShapes; }
+  [[nodiscard]] const std::vector<vtkSmartPointer<vtkActor2D>>& labels() const { return mLabels; }
+
 protected:
   /// Resets the shared transform, turns it (4 doubles: degrees, axis; null for no turn) and scales it.
   void set_transform(const double* wxyz, double length);

@@ -196,8 +196,8 @@ private:
   void take_normal(vtkIdType id)
   {
     if (mNormals != nullptr) {
-      Vector n{};
-      mNormals->GetTuple(id, n.data());
+      const Vector n = {mNormals->GetComponent(id, 0), mNormals->GetComponent(id, 1),
+                        mNormals->GetComponent(id, 2)};
       mNewNormals->InsertNextTuple(mPlacement.normal(n).data());
     }
   }

@@ -153,12 +153,9 @@ GAxis::Corner GAxis::corner(vtkRenderer& renderer) const
           static_cast<int>(static_cast<float>(size[1]) * mYPositionFraction)};
 }
 
-// 0 when the camera gives none.
+// 0 when nothing gives the scale.
 double GAxis::model_length(vtkRenderer& renderer) const
 {
-  if (renderer.IsActiveCameraCreated() == 0) {
-    return 0.0;
-  }
   double length = 0.0;
   GView::pixel_to_model_length(&renderer, this->pixel_length(renderer), length, nullptr);
   return std::isfinite(length) ? length : 0.0;

@@ -546,9 +546,10 @@ void GView::fit_view_angle(vtkRenderWindow& window)
 {
   const int* size = window.GetSize();
   const bool is_upright = size[0] < size[1];
-  const vtkSmartPointer<vtkCamera> cameras[] = {mRenderer->GetActiveCamera(),
-                                                mOverlayRenderer->GetActiveCamera()};
-  for (const auto& camera : cameras) {
+  // Observers of the cameras are host code, and those of the renderers, whose cameras may be made only now.
+  const vtkSmartPointer<vtkRenderer> renderers[] = {mRenderer, mOverlayRenderer};
+  for (const auto& renderer : renderers) {
+    const vtkSmartPointer<vtkCamera> camera = renderer->GetActiveCamera();
     camera->SetUseHorizontalViewAngle(is_upright);
   }
 }

@@ -277,7 +277,8 @@ public:
   /// nothing. Auto-centre goes off. max(steps, 1) parts; smooth from 1 to that number softens as many frames
   /// at each end, which cannot be interrupted. In parallel projection each frame multiplies the scale, so
   /// that only a single step comes to factor exactly; the clipping range stays, and with fewer than 2 steps
-  /// nothing is rendered.
+  /// nothing is rendered. What would leave a camera that no zoom can lead back, at its focal point or with a
+  /// scale of 0, does nothing.
   void zoom_screen(double factor, int steps, int smooth);
 
   /// Moves the scene across the window, in steps parts, none below 1. mode 1: dx and dy are fractions of the
@@ -311,7 +312,7 @@ public:
 
   /// The world length, at the depth of point (3 doubles, world; null is the origin), of the part of the
   /// window's width that pixels are of its shorter side: of so many pixels, unless the window is wider than
-  /// high. length is left as it is for a renderer without pixels.
+  /// high. length is left as it is for a renderer without pixels or camera.
   void pixel_to_model_length(double pixels, double& length, const double* point) const;
   static void pixel_to_model_length(vtkRenderer* renderer, double pixels, double& length,
                                     const double* point);
@@ -472,8 +473,9 @@ public:
   ///
   /// False, and nothing happens, for a type that is none of the enumerators, a null or empty file name,
   /// without a window, from inside a frame of the view or its window, and when there is no picture because
-  /// the window was never rendered. Otherwise true, also when the file could not be written: VTK's writer
-  /// reports that as a VTK error. An exception from host code in the frame is thrown and nothing is written.
+  /// the window was never rendered or host code in the frame has taken the view to another one. Otherwise
+  /// true, also when the file could not be written: VTK's writer reports that as a VTK error. An exception
+  /// from host code in the frame is thrown and nothing is written.
   bool write_image(const char* filename, ImageFileType type, int width, int height);
 
   /// Brings the models up to date and writes the scene: what is visible in the main renderer, with camera,

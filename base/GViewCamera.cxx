@@ -165,20 +165,36 @@ BrantVector offset_of_lengths(vtkCamera& camera, double dx, double dy)
   return offset;
 }
 
-// The world offset of fractions of the window, at the depth of the focal point.
-BrantVector offset_of_fractions(const GView& view, double dx, double dy)
+void convert_to_world(vtkRenderer& renderer, double x, double y, double z, double* world)
 {
-  int width = 0;
-  int height = 0;
-  view.get_size(width, height);
-  double focal[3];
-  view.get_at(focal);
+  renderer.SetDisplayPoint(x, y, z);
+  renderer.DisplayToView();
+  renderer.ViewToWorld();
+  renderer.GetWorldPoint(world);
+  if (world[3] != 0.0) {
+    std::for_each(world, world + 3, [=](double& each) { each /= world[3]; });
+    world[3] = 1.0;
+  }
+}
+
+void convert_to_display(vtkRenderer& renderer, double x, double y, double z, double* display)
+{
+  renderer.SetWorldPoint(x, y, z, 1.0);
+  renderer.WorldToView();
+  renderer.ViewToDisplay();
+  renderer.GetDisplayPoint(display);
+}
+
+// The world offset of pixels at the depth of the focal point.
+BrantVector offset_of_pixels(vtkRenderer& renderer, double dx, double dy)
+{
+  const BrantVector focal = At.get(*renderer.GetActiveCamera());
   double display[3];
-  view.world_to_display(focal[0], focal[1], focal[2], display);
+  convert_to_display(renderer, focal.x(), focal.y(), focal.z(), display);
   double start[4];
   double end[4];
-  view.display_to_world(0.0, 0.0, display[2], start);
-  view.display_to_world(width * dx, height * dy, display[2], end);
+  convert_to_world(renderer, 0.0, 0.0, display[2], start);
+  convert_to_world(renderer, dx, dy, display[2], end);
   return BrantVector(end) - BrantVector(start);
 }
 
@@ -289,6 +305,8 @@ void GView::reset_camera()
   if (motion.view_is_alive()) {
     mIsAutoCenterOff = false;
     motion.camera()->SetViewAngle(DefaultViewAngle);
+  }
+  if (motion.view_is_alive()) {
     this->frame_visible();
   }
 }
@@ -326,12 +344,15 @@ void GView::complete_reset_camera_all()
 void GView::pan(double dx, double dy, int steps, int smooth, int mode)
 {
   CameraMotion motion(*this);
-  if (!motion.view_is_alive() || (mode != 1 && mode != 2)) {
+  if (!motion.view_is_alive() || (mode != 1 && mode != 2) || steps < 1) {
     return;
   }
   const vtkSmartPointer<vtkCamera> camera = motion.camera();
-  const BrantVector offset =
-      mode == 1 ? offset_of_fractions(*this, dx, dy) : offset_of_lengths(*camera, dx, dy);
+  int width = 0;
+  int height = 0;
+  this->get_size(width, height);
+  const BrantVector offset = mode == 1 ? offset_of_pixels(motion.renderer(), width * dx, height * dy)
+                                       : offset_of_lengths(*camera, dx, dy);
   const BrantVector step = offset / motion.steps(steps);
   if (!step.is_finite()) {
     return;
@@ -393,33 +414,23 @@ void GView::rotate_about_world(double angle, const double* p1, const double* p2,
 
 void GView::display_to_world(double x, double y, double z, double* world) const
 {
-  if (world == nullptr) {
-    return;
-  }
-  mRenderer->SetDisplayPoint(x, y, z);
-  mRenderer->DisplayToView();
-  mRenderer->ViewToWorld();
-  mRenderer->GetWorldPoint(world);
-  if (world[3] != 0.0) {
-    std::for_each(world, world + 3, [=](double& each) { each /= world[3]; });
-    world[3] = 1.0;
+  if (world != nullptr) {
+    const vtkSmartPointer<vtkRenderer> renderer = mRenderer; // its observers are host code
+    convert_to_world(*renderer, x, y, z, world);
   }
 }
 
 void GView::world_to_display(double x, double y, double z, double* display) const
 {
-  if (display == nullptr) {
-    return;
+  if (display != nullptr) {
+    const vtkSmartPointer<vtkRenderer> renderer = mRenderer; // its observers are host code
+    convert_to_display(*renderer, x, y, z, display);
   }
-  mRenderer->SetWorldPoint(x, y, z, 1.0);
-  mRenderer->WorldToView();
-  mRenderer->ViewToDisplay();
-  mRenderer->GetDisplayPoint(display);
 }
 
 void GView::pixel_to_model_length(vtkRenderer* renderer, double pixels, double& length, const double* point)
 {
-  if (renderer == nullptr) {
+  if (renderer == nullptr || renderer->IsActiveCameraCreated() == 0) {
     return;
   }
   const int* size = renderer->GetSize();
@@ -448,8 +459,12 @@ void GView::pixel_to_model_length(double pixels, double& length, const double* p
 
 void GView::mouse_xforms()
 {
-  vtkRenderWindowInteractor* interactor = mRenderWindow != nullptr ? mRenderWindow->GetInteractor() : nullptr;
-  if (interactor == nullptr || this->is_in_frame()) {
+  if (mRenderWindow == nullptr || this->is_in_frame()) {
+    return;
+  }
+  // Its observers are host code: they may destroy the view, and with it the window.
+  const vtkSmartPointer<vtkRenderWindowInteractor> interactor = mRenderWindow->GetInteractor();
+  if (interactor == nullptr) {
     return;
   }
   const bool was_enabled = interactor->GetEnabled() != 0;

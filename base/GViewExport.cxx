@@ -38,6 +38,9 @@ bool GView::write_image(const char* filename, ImageFileType type, int /*width*/,
   const vtkSmartPointer<vtkRenderWindow> window = mRenderWindow;
   const auto alive = this->handle();
   const morrow::OffScreenBuffers buffers(*window);
+  if (*alive == nullptr) {
+    return false; // the window has told its observers
+  }
   this->render();
   const bool has_left = *alive != nullptr && mRenderWindow != window;
   if (has_left || window->GetNeverRendered() != 0) {

@@ -31,6 +31,19 @@ const timespec gAnimateStepTime = {0, 50000000};
 // ---------------------------------------------------------------------------------------------------------
 // By a factor
 
+constexpr double SmallestDistance = 1e-20; // VTK takes no smaller one
+constexpr double SameDirectionCosine = 1.0 - 1e-6;
+
+// A camera so near to its focal point, or so far from it, that rounding loses its direction never gets it
+// back.
+bool keeps_direction(const BrantVector& position, const BrantVector& focal, const BrantVector& direction)
+{
+  const BrantVector sight = focal - position;
+  const double distance = std::sqrt(sight.length_squared());
+  return std::isfinite(distance) && distance >= SmallestDistance &&
+         sight.dot(direction) >= SameDirectionCosine * distance;
+}
+
 void come_nearer(CameraMotion& motion, double factor, int steps, int smooth)
 {
   const vtkSmartPointer<vtkCamera> camera = motion.camera();
@@ -39,7 +52,7 @@ void come_nearer(CameraMotion& motion, double factor, int steps, int smooth)
   BrantVector position(camera->GetPosition());
   const BrantVector target = focal - camera->GetDistance() / factor * direction;
   const BrantVector step = (target - position) / steps;
-  if (!step.is_finite()) {
+  if (!step.is_finite() || !keeps_direction(target, focal, direction)) {
     return;
   }
   const auto move = [&](vtkCamera& moved, double part) {
@@ -54,16 +67,25 @@ float part_of_factor(double factor, int parts)
   return static_cast<float>(factor >= 1.0 ? (factor - 1.0) / parts + 1.0 : 1.0 - (1.0 - factor) / parts);
 }
 
+// The scale stays above 0 and finite: no zoom leads back from anything else.
+void zoom(vtkCamera& camera, double factor)
+{
+  const double scale = camera.GetParallelScale() / factor;
+  if (std::isfinite(scale) && scale > 0.0) {
+    camera.Zoom(factor);
+  }
+}
+
 // The eased frames multiply the scale by a part of the factor; deliberate.
 void enlarge(CameraMotion& motion, double factor, int steps, int smooth)
 {
   const double step = static_cast<double>(part_of_factor(factor, steps));
   if (steps < 2) {
-    motion.camera()->Zoom(step);
+    zoom(*motion.camera(), step);
     return;
   }
   motion.play(
-      morrow::ZoomRamp(steps, smooth), [=](vtkCamera& camera, double part) { camera.Zoom(part * step); },
+      morrow::ZoomRamp(steps, smooth), [=](vtkCamera& camera, double part) { zoom(camera, part * step); },
       &CameraMotion::show_unclipped);
 }
 
@@ -138,8 +160,8 @@ void turn_about_focal_point(vtkCamera& camera, const morrow::ViewTurn& turn, dou
   camera.ApplyTransform(transform);
 }
 
-// Turns the camera into the direction, if there is one.
-morrow::ViewTurn turn_into(vtkCamera& camera, const BrantVector& direction)
+// What turns the camera into the direction, if there is one, after the view up has been made fit for it.
+morrow::ViewTurn prepare_turn(vtkCamera& camera, const BrantVector& direction)
 {
   if (direction == BrantVector()) {
     return {};
@@ -162,7 +184,7 @@ void show_box(CameraMotion& motion, const BoxBounds& box, const BrantVector& dir
 void animate_to_box(CameraMotion& motion, const BoxBounds& start, const BoxBounds& end,
                     const BrantVector& direction, const morrow::BoxRamp& ramp)
 {
-  const morrow::ViewTurn turn = turn_into(*motion.camera(), direction);
+  const morrow::ViewTurn turn = prepare_turn(*motion.camera(), direction);
   double fraction = 0.0;
   for (std::int64_t frame = 0; frame < ramp.frame_count(); ++frame) {
     if (ramp.waits(frame) && motion.can_render()) {

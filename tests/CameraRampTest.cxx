@@ -60,7 +60,7 @@ TEST(EaseTest, RisesFrom0To1WithTenDecimalsOfPi)
   EXPECT_GT(std::abs(morrow::ease(0.5) - 0.5), 1e-11) << "the short constant, deliberately";
 }
 
-TEST(PointRampTest, IsTheWrittenOneFrameByFrame)
+TEST(PointRampTest, IsThePlainOneFrameByFrame)
 {
   for (const auto& [steps, smooth] : pairs()) {
     SCOPED_TRACE(testing::Message() << steps << " steps, smooth " << smooth);
@@ -106,7 +106,7 @@ TEST(ZoomRampTest, OnlyFullFramesReadTheInterruptFlag)
   }
 }
 
-TEST(TurnRampTest, IsTheWrittenOneFrameByFrame)
+TEST(TurnRampTest, IsThePlainOneFrameByFrame)
 {
   for (const auto& [steps, smooth] : pairs()) {
     SCOPED_TRACE(testing::Message() << steps << " steps, smooth " << smooth);
@@ -148,7 +148,7 @@ TEST(BoxRampTest, AllFramesButTheFirstWaitAndReadTheInterruptFlag)
   }
 }
 
-TEST(PanRampTest, IsTheWrittenOneFrameByFrame)
+TEST(PanRampTest, IsThePlainOneFrameByFrame)
 {
   for (const auto& [steps, smooth] : pairs()) {
     SCOPED_TRACE(testing::Message() << steps << " steps, smooth " << smooth);

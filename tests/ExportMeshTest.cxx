@@ -274,6 +274,29 @@ TEST(ExportMeshTest, FlattenedFacesKeepAFiniteNormal)
   EXPECT_EQ(placed->GetComponent(0, 2), 1.0);
 }
 
+// VTK refuses them, but not an array that grows a component later.
+TEST(ExportMeshTest, TakesThreeComponentsOfNormalsThatHaveMore)
+{
+  const auto mesh = mesh_of(3);
+  mesh->SetPolys(cell_array({{0, 1, 2}}));
+  const vtkNew<vtkFloatArray> normals;
+  normals->SetNumberOfComponents(3);
+  mesh->GetPointData()->SetNormals(normals);
+  normals->SetNumberOfComponents(400);
+  normals->SetNumberOfTuples(3);
+  normals->Fill(17.0);
+  for (vtkIdType i = 0; i < 3; ++i) {
+    normals->SetComponent(i, 0, 0.0);
+    normals->SetComponent(i, 1, 0.6);
+    normals->SetComponent(i, 2, 0.8);
+  }
+  const ExportMesh parts = export_of(mesh);
+  vtkDataArray* placed = parts.faces->GetPointData()->GetNormals();
+  ASSERT_NE(placed, nullptr);
+  ASSERT_EQ(placed->GetNumberOfComponents(), 3);
+  EXPECT_NEAR(placed->GetComponent(2, 2), 0.8, 1e-6);
+}
+
 TEST(ExportMeshTest, GivesTwoTextureCoordinatesToFacesOnly)
 {
   for (const int components : {1, 2, 3}) {

@@ -220,6 +220,43 @@ TEST_F(AnyOperationTest, AnObserverOfTheCameraMayDestroyTheView)
   for_each(kImmediate, test);
 }
 
+// Also at a later change than its first, of which there are up to six.
+TEST_F(AnyOperationTest, AnObserverOfTheCameraMayDestroyTheViewAtAnyChange)
+{
+  for_each(kImmediate, [](const Operation& operation) {
+    for (const int change : {1, 2, 3, 4, 5, 6}) {
+      CameraStage stage;
+      stage.view->set_perspective_angle(50.0);
+      int changes = 0;
+      const EventHook hook(stage.camera(), vtkCommand::ModifiedEvent, [&] {
+        if (++changes == change) {
+          stage.view.reset();
+        }
+      });
+      const std::shared_ptr<GView* const> handle = stage.view->handle();
+      operation.call(*stage.view, 1, 0);
+      EXPECT_EQ(*handle, stage.view.get());
+      stage.view = make_view();
+    }
+  });
+}
+
+// The overlay gets its camera when it is needed first, which its renderer tells its observers.
+TEST_F(AnyOperationTest, AnObserverOfTheOverlayMayDestroyTheView)
+{
+  const auto test = [](const Operation& operation) {
+    CameraStage stage;
+    const EventHook hook(stage.view->get_overlay_renderer(), vtkCommand::AnyEvent,
+                         [&] { stage.view.reset(); });
+    const std::shared_ptr<GView* const> handle = stage.view->handle();
+    operation.call(*stage.view, 2, 0);
+    EXPECT_EQ(*handle, stage.view.get());
+    stage.view = make_view();
+  };
+  for_each(kOperations, test);
+  for_each(kImmediate, test);
+}
+
 TEST_F(AnyOperationTest, APropThatIsAskedForItsBoundsMayDestroyTheView)
 {
   const auto test = [](const Operation& operation) {
@@ -308,6 +345,21 @@ TEST_F(AnimationTest, BegunInAFrameIsMadeInOneStep)
     }
     expect_near(CameraPlace(*nested.view), CameraPlace(*alone.view));
   });
+}
+
+// A pan in less than one step has no frames, wherever it begins.
+TEST_F(AnimationTest, APanOfNoStepsBegunInAFrameDoesNothing)
+{
+  CameraStage stage;
+  const CameraPlace before(*stage.view);
+  const EventHook hook(stage.window(), vtkCommand::EndEvent, [&] {
+    for (const int steps : {0, -1, INT_MIN}) {
+      stage.view->pan(0.1, 0.1, steps, 0, 1);
+      stage.view->pan(0.1, 0.1, steps, 3, 2);
+    }
+  });
+  stage.view->render();
+  expect_near(CameraPlace(*stage.view), before, 0.0);
 }
 
 // --- Exceptions

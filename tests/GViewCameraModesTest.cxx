@@ -317,8 +317,38 @@ TEST_P(ConversionTest, NullsDoNothing)
   GView::pixel_to_model_length(nullptr, 10.0, length, nullptr);
   EXPECT_EQ(length, 17.0);
   const vtkNew<vtkRenderer> without_window;
+  without_window->GetActiveCamera();
   GView::pixel_to_model_length(without_window, 10.0, length, nullptr);
   EXPECT_EQ(length, 17.0);
+  const vtkNew<vtkRenderer> without_camera;
+  mStage.window()->AddRenderer(without_camera);
+  GView::pixel_to_model_length(without_camera, 10.0, length, nullptr);
+  EXPECT_EQ(length, 17.0);
+  EXPECT_EQ(without_camera->IsActiveCameraCreated(), 0);
+}
+
+// The points are kept by the renderer, which tells its observers.
+TEST_P(ConversionTest, AnObserverOfTheRendererMayDestroyTheView)
+{
+  using Conversion = void (*)(GView&);
+  const Conversion conversions[] = {[](GView& view) {
+                                      double world[4];
+                                      view.display_to_world(7.0, 9.0, 0.25, world);
+                                    },
+                                    [](GView& view) {
+                                      double display[3];
+                                      view.world_to_display(7.0, 9.0, 0.25, display);
+                                    },
+                                    [](GView& view) { view.pan(0.1, 0.1, 3, 1, 1); }};
+  for (const Conversion convert : conversions) {
+    CameraStage stage;
+    stage.camera()->SetParallelProjection(GetParam());
+    GView& view = *stage.view;
+    const EventHook hook(view.get_renderer(), vtkCommand::ModifiedEvent, [&] { stage.view.reset(); });
+    convert(view);
+    EXPECT_EQ(stage.view, nullptr);
+    stage.view = make_view();
+  }
 }
 
 using PointAtInfinityTest = ViewRenderTest;
@@ -470,6 +500,22 @@ TEST_F(MouseTest, TheInteractorIsMadeReadyAgainAndStaysEnabledOrNot)
   EXPECT_NE(interactor->GetInitialized(), 0);
   stage.view->set_render_window(nullptr);
   stage.view->mouse_xforms();
+}
+
+// The window has the last reference to the interactor, and the view the last one to the window.
+TEST_F(MouseTest, AnObserverOfTheInteractorMayDestroyTheView)
+{
+  auto view = make_view(40, 40);
+  view->render();
+  auto interactor = vtkSmartPointer<vtkRenderWindowInteractor>::New();
+  interactor->SetRenderWindow(view->get_render_window());
+  interactor->Initialize();
+  interactor->Disable();
+  GView* raw = view.get();
+  const EventHook hook(interactor, vtkCommand::ModifiedEvent, [&] { view.reset(); });
+  interactor = nullptr;
+  raw->mouse_xforms();
+  EXPECT_EQ(view, nullptr);
 }
 
 // --- Report

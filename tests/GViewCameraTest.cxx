@@ -75,7 +75,7 @@ TEST_P(PlacementTest, BelowTwoStepsIsAtOnceAndInOneFrame)
   }
 }
 
-TEST_P(PlacementTest, GoesInFramesAsWritten)
+TEST_P(PlacementTest, GoesFrameByFrame)
 {
   CameraStage stage;
   const auto start = stage.twin();
@@ -283,7 +283,7 @@ class RotationTest : public ViewRenderTest, public testing::WithParamInterface<R
 INSTANTIATE_TEST_SUITE_P(Camera, RotationTest, testing::ValuesIn(kRotations),
                          [](const auto& test) { return test.param.name; });
 
-TEST_P(RotationTest, GoesInFramesAsWritten)
+TEST_P(RotationTest, GoesFrameByFrame)
 {
   CameraStage stage;
   for (const auto& [steps, smooth] : kSteps) {
@@ -435,7 +435,7 @@ std::vector<CameraPlace> panned(vtkCamera& twin, const BrantVector& offset, int 
   return places;
 }
 
-TEST_F(PanTest, LengthsAlongTheScreenGoInFramesAsWritten)
+TEST_F(PanTest, LengthsAlongTheScreenGoFrameByFrame)
 {
   CameraStage stage;
   for (const auto& [steps, smooth] : kSteps) {

@@ -28,7 +28,7 @@ double positive(double factor)
   return factor < 0 ? -1 / factor : factor;
 }
 
-TEST_F(ZoomScreenTest, InPerspectiveTheCameraComesNearerAsWritten)
+TEST_F(ZoomScreenTest, InPerspectiveTheCameraComesNearerFrameByFrame)
 {
   CameraStage stage;
   const auto start = stage.twin();
@@ -63,7 +63,7 @@ TEST_F(ZoomScreenTest, InPerspectiveTheCameraComesNearerAsWritten)
   }
 }
 
-TEST_F(ZoomScreenTest, InParallelProjectionTheScaleIsMultipliedAsWritten)
+TEST_F(ZoomScreenTest, InParallelProjectionTheScaleIsMultipliedFrameByFrame)
 {
   CameraStage stage;
   stage.camera()->ParallelProjectionOn();
@@ -148,6 +148,39 @@ TEST_F(ZoomScreenTest, FactorsThatAreNoneDoNothing)
   expect_near(CameraPlace(*stage.view), before, 0.0);
   EXPECT_EQ(frames.starts(), 0);
   EXPECT_FALSE(is_auto_center_off(*stage.view));
+}
+
+// At the focal point itself the camera would look nowhere, for good.
+TEST_F(ZoomScreenTest, InPerspectiveTheCameraNeverReachesWhatItLooksAt)
+{
+  CameraStage stage;
+  const BrantVector direction(stage.camera()->GetDirectionOfProjection());
+  for (const int steps : {1, 3}) {
+    stage.view->zoom_screen(1e300, steps, 0);
+    expect_near(BrantVector(stage.camera()->GetDirectionOfProjection()), direction);
+  }
+  for (int i = 0; i < 100; ++i) {
+    stage.view->zoom_screen(2.0, 1, 0);
+  }
+  EXPECT_GT(stage.camera()->GetDistance(), 0.0);
+  EXPECT_NEAR(BrantVector(stage.camera()->GetDirectionOfProjection()).length(), 1.0, 1e-12);
+  for (int i = 0; i < 60; ++i) {
+    stage.view->zoom_screen(0.5, 1, 0);
+  }
+  EXPECT_GT(stage.camera()->GetDistance(), 1.0) << "and comes back";
+}
+
+TEST_F(ZoomScreenTest, InParallelProjectionTheScaleStaysANumberAboveZero)
+{
+  const auto view = make_view(40, 40);
+  for (const double factor : {1e300, 1e-300, 1e38, 1e-38}) {
+    for (const auto& [steps, smooth] : {std::pair(1, 0), std::pair(60, 0), std::pair(4, 2)}) {
+      view->set_parallel_scale(1.0);
+      view->zoom_screen(factor, steps, smooth);
+      EXPECT_GT(view->get_parallel_scale(), 0.0) << factor << " in " << steps;
+      EXPECT_TRUE(std::isfinite(view->get_parallel_scale())) << factor << " in " << steps;
+    }
+  }
 }
 
 TEST_F(ZoomScreenTest, PutsAutoCentreOff)
@@ -295,7 +328,7 @@ TEST_F(ZoomBoxTest, NumbersThatAreNoneDoNothing)
   EXPECT_EQ(frames.starts(), 0);
 }
 
-TEST_F(ZoomBoxTest, InvertedBoxesAreFramedAsWritten)
+TEST_F(ZoomBoxTest, InvertedBoxesAreFramedLikeOthers)
 {
   CameraStage stage;
   const Box inverted = {1.0, -1.0, 2.0, -2.0, 3.0, -3.0};
@@ -320,7 +353,7 @@ double seconds_since(std::chrono::steady_clock::time_point start)
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-TEST_F(ZoomBoxTest, InStepsItGoesFromWhatIsVisibleToTheBoxAsWritten)
+TEST_F(ZoomBoxTest, InStepsItGoesFromWhatIsVisibleToTheBox)
 {
   for (const auto& [steps, smooth] :
        {std::pair(3, 0), std::pair(3, 2), std::pair(0, 0), std::pair(-4, 1), std::pair(2, 5)}) {

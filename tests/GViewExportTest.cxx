@@ -544,6 +544,19 @@ TEST_F(WriteImageTest, TheViewMayBeDestroyedByAnObserverOfTheFrame)
   }
 }
 
+TEST_F(WriteImageTest, TheViewMayBeDestroyedWhenTheWindowGetsItsBuffers)
+{
+  auto view = make_view();
+  view->render();
+  const vtkSmartPointer<vtkRenderWindow> window = view->get_render_window();
+  GView* raw = view.get();
+  const EventHook hook(window, vtkCommand::ModifiedEvent, [&] { view.reset(); });
+  EXPECT_FALSE(raw->write_image(this->path().c_str(), GView::PNG, 0, 0));
+  EXPECT_EQ(view, nullptr);
+  EXPECT_FALSE(window->GetUseOffScreenBuffers());
+  EXPECT_FALSE(this->is_written());
+}
+
 TEST_F(WriteImageTest, AnotherViewMayWriteInTheFrame)
 {
   const auto red = make_view();

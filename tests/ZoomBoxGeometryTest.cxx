@@ -71,7 +71,7 @@ TEST(ZoomBoxTest, ASmallBoxIsBlended)
   expect_near(morrow::adjusted_for_zoom(box, &kVisible), {-half, half, -half, half, -half, half});
 }
 
-TEST(ZoomBoxTest, IsTheWrittenOneForAnyBox)
+TEST(ZoomBoxTest, IsThePlainOneForAnyBox)
 {
   std::mt19937 random(1);
   std::uniform_real_distribution<double> place(-3.0, 3.0);
