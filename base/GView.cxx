@@ -146,7 +146,7 @@ void GView::make_renderers()
   mRenderPass = vtkSmartPointer<GViewRenderPass>::New();
   mRenderer->SetPass(mRenderPass);
   mPropList = std::make_unique<morrow::PropList>(*mRenderer);
-  mDecorations = std::make_unique<morrow::ViewDecorations>(*mRenderer);
+  mDecorations = std::make_shared<morrow::ViewDecorations>(*mRenderer);
 }
 
 void GView::make_lights()
@@ -184,7 +184,8 @@ void GView::set_render_window(vtkRenderWindow* window)
   if (window != nullptr) {
     this->enter_window(window);
   }
-  mDecorations->scalar_bar.update();
+  const std::shared_ptr<morrow::ViewDecorations> decorations = mDecorations;
+  decorations->scalar_bar.update(); // host code may destroy the view in it
 }
 
 void GView::leave_window()
@@ -521,12 +522,14 @@ void GView::prepare_frame(vtkRenderWindow& window)
   }
 }
 
+// The last two call host code, which may destroy the view.
 void GView::prepare_decorations()
 {
-  mDecorations->follow_background(mBackground, mBackground2);
-  mDecorations->title.fit();
-  mDecorations->scalar_bar.update();
-  mDecorations->cube_axes.fit(); // last: host code may destroy the view in it
+  const std::shared_ptr<morrow::ViewDecorations> decorations = mDecorations;
+  decorations->follow_background(mBackground, mBackground2);
+  decorations->title.fit();
+  decorations->scalar_bar.update();
+  decorations->cube_axes.fit();
 }
 
 // An aborted frame leaves the picture of the last one; the overlay would be drawn over itself.

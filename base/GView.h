@@ -357,8 +357,8 @@ public:
   /// Nothing when there is one.
   void create_title();
 
-  /// Shows text (UTF-8, copied) as title; null or empty hides it. Lines that are wider than the window are
-  /// cut off at its sides.
+  /// Shows text (UTF-8, copied) as title; null or empty hides it. Bytes that are not UTF-8 are shown as
+  /// question marks. Lines that are wider than the window are cut off at its sides.
   void set_title(const char* text);
 
   /// 3 doubles from 0 to 1. Until then the title is black or white, whatever can be read on the background's
@@ -515,7 +515,7 @@ public:
 
   /// Callback at the start of each render of the window: client_data is the view. Chooses the view angle's
   /// direction, aborts the render while the graphics status is not normal, and otherwise brings the models up
-  /// to date.
+  /// to date and fits the decorations to what is visible, to the background and to the window.
   static void StartRender(vtkObject* caller, unsigned long event, void* client_data, void* call_data);
 
 private:
@@ -556,7 +556,7 @@ private:
   vtkSmartPointer<vtkRenderer> mOverlayRenderer;
   vtkSmartPointer<GViewRenderPass> mRenderPass;
   std::unique_ptr<morrow::PropList> mPropList;
-  std::unique_ptr<morrow::ViewDecorations> mDecorations;
+  std::shared_ptr<morrow::ViewDecorations> mDecorations; // outlives the view in calls of host code
   GModelSet* mModelSet = nullptr;
   int mId = -1;
   std::string mName;

@@ -146,9 +146,11 @@ bool GView::get_legend_vis() const
   return mDecorations->legend.is_visible();
 }
 
+// The widget's observers are host code, which may destroy the view.
 void GView::set_scalar_bar(vtkScalarBarWidget* widget)
 {
-  mDecorations->scalar_bar.set_widget(widget);
+  const std::shared_ptr<morrow::ViewDecorations> decorations = mDecorations;
+  decorations->scalar_bar.set_widget(widget);
 }
 
 vtkScalarBarWidget* GView::get_scalar_bar() const
@@ -158,10 +160,11 @@ vtkScalarBarWidget* GView::get_scalar_bar() const
 
 void GView::setup_scalar_bar(double min, double max, bool keep_hues, const std::vector<BrantColor>& colors)
 {
-  if (mDecorations->scalar_bar.set_up({min, max, keep_hues, colors})) {
-    double rgb[3];
-    morrow::look_up_color(this->get_label_color_from_background(), rgb);
-    mDecorations->scalar_bar.set_label_color(rgb);
+  const std::shared_ptr<morrow::ViewDecorations> decorations = mDecorations;
+  double rgb[3];
+  morrow::look_up_color(this->get_label_color_from_background(), rgb);
+  if (decorations->scalar_bar.set_up({min, max, keep_hues, colors})) {
+    decorations->scalar_bar.set_label_color(rgb);
   }
 }
 

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace morrow {
 
@@ -76,18 +77,26 @@ bool ScalarBar::is_owner() const
   return mWidget != nullptr && mWidget->GetDefaultRenderer() == &mRenderer;
 }
 
+// Switching a widget off calls its observers, which may give this another widget, or this one to another
+// view.
 void ScalarBar::let_go()
 {
   this->show_without_interactor(false);
-  if (this->is_owner()) {
-    keep_through_frame(mRenderer, mWidget);
-    mWidget->SetInteractor(nullptr); // disables it first
-    mWidget->SetDefaultRenderer(nullptr);
-    mWidget->SetCurrentRenderer(nullptr);
-    mWidget->GetRepresentation()->SetRenderer(nullptr);
-  }
+  const bool was_owner = this->is_owner();
+  const vtkSmartPointer<vtkScalarBarWidget> widget = std::move(mWidget);
   mWidget = nullptr;
   mIsShown = false;
+  if (!was_owner) {
+    return;
+  }
+  keep_through_frame(mRenderer, widget);
+  widget->SetEnabled(0);
+  if (mWidget != widget && widget->GetDefaultRenderer() == &mRenderer) {
+    widget->SetInteractor(nullptr);
+    widget->SetDefaultRenderer(nullptr);
+    widget->SetCurrentRenderer(nullptr);
+    widget->GetRepresentation()->SetRenderer(nullptr);
+  }
 }
 
 void ScalarBar::set_widget(vtkScalarBarWidget* widget)
@@ -96,13 +105,18 @@ void ScalarBar::set_widget(vtkScalarBarWidget* widget)
     return;
   }
   const vtkSmartPointer<vtkScalarBarWidget> kept = widget;
-  this->let_go();
+  const bool is_shown = widget != nullptr && widget->GetEnabled() != 0;
+  if (is_shown) {
+    widget->SetEnabled(0); // in whatever renderer that was
+  }
+  while (mWidget != nullptr) {
+    this->let_go();
+  }
   mWidget = kept;
   if (mWidget == nullptr) {
     return;
   }
-  mIsShown = mWidget->GetEnabled() != 0;
-  mWidget->SetEnabled(0); // in whatever renderer that was
+  mIsShown = is_shown;
   mWidget->SetDefaultRenderer(&mRenderer);
   this->color_text();
   this->attach(interactor_of(mRenderer));
@@ -168,16 +182,22 @@ void ScalarBar::note_whether_shown()
 
 void ScalarBar::attach(vtkRenderWindowInteractor* interactor)
 {
-  if (mWidget->GetInteractor() != interactor) {
-    keep_through_frame(mRenderer, mWidget);
+  const vtkSmartPointer<vtkRenderWindowInteractor> kept = interactor;
+  const vtkSmartPointer<vtkScalarBarWidget> widget = mWidget;
+  if (widget->GetInteractor() != interactor) {
+    keep_through_frame(mRenderer, widget);
     this->show_without_interactor(false);
-    mWidget->SetInteractor(interactor); // disables it first, which takes the bar out of the renderer
+    widget->SetEnabled(0); // takes the bar out of the renderer, and calls the widget's observers
+    if (widget != mWidget || !this->is_owner()) {
+      return;
+    }
+    widget->SetInteractor(interactor);
   }
   if (interactor == nullptr) {
     this->show_without_interactor(mIsShown);
-  } else if (mIsShown && mWidget->GetEnabled() == 0) {
-    mWidget->SetCurrentRenderer(&mRenderer);
-    mWidget->SetEnabled(1);
+  } else if (mIsShown && widget->GetEnabled() == 0) {
+    widget->SetCurrentRenderer(&mRenderer);
+    widget->SetEnabled(1);
   }
 }
 

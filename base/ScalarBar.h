@@ -31,6 +31,9 @@ struct ScalarBarScale
 /// VTK's widget can be shown only with an interactor. Until the window has one, and when it has lost it, the
 /// same bar is shown here as a plain prop; whoever switches the widget on or off meanwhile is respected. A
 /// widget belongs to the view that took it last: its default renderer tells whose it is.
+///
+/// Switching a widget on or off calls its observers, host code, which may come back here. Whoever calls this
+/// keeps it alive meanwhile.
 class ScalarBar
 {
 public:
@@ -41,7 +44,8 @@ public:
   ScalarBar& operator=(const ScalarBar&) = delete;
 
   /// Takes the widget with a reference and attaches it to the window's interactor; it stays as enabled as it
-  /// is. The one held before is disabled, detached and let go. Null only lets go.
+  /// is. The one held before is disabled, detached and let go, and so is one that host code sets meanwhile.
+  /// Null only lets go.
   void set_widget(vtkScalarBarWidget* widget);
   [[nodiscard]] vtkScalarBarWidget* widget() const;
 

@@ -5,10 +5,13 @@
 #include "BackgroundColor.h"
 #include "BrantColorTable.h"
 
+#include <vtkRenderer.h>
+
 namespace morrow {
 
-ViewDecorations::ViewDecorations(vtkRenderer& renderer)
-    : title(renderer), axes(renderer), cube_axes(renderer), legend(renderer), scalar_bar(renderer)
+ViewDecorations::ViewDecorations(vtkRenderer& main_renderer)
+    : renderer(&main_renderer), title(main_renderer), axes(main_renderer), cube_axes(main_renderer),
+      legend(main_renderer), scalar_bar(main_renderer)
 {}
 
 void ViewDecorations::take_down()

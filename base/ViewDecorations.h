@@ -8,13 +8,17 @@
 #include "ViewLegend.h"
 #include "ViewTitle.h"
 
+#include <vtkSmartPointer.h>
+
 namespace morrow {
 
 /// What a view shows in its main renderer besides the models.
+///
+/// Members that call host code (see there) may see the view go: hold a reference to this around them.
 struct ViewDecorations
 {
-  /// Nothing is there yet. The renderer is not owned and must outlive this.
-  explicit ViewDecorations(vtkRenderer& renderer);
+  /// Nothing is there yet. Holds a reference to the renderer.
+  explicit ViewDecorations(vtkRenderer& main_renderer);
 
   /// Removes everything but the title, in the order in which views always have.
   void take_down();
@@ -23,6 +27,7 @@ struct ViewDecorations
   /// colour ids.
   void follow_background(int background, int background2);
 
+  vtkSmartPointer<vtkRenderer> renderer; // above those that use it
   ViewTitle title;
   ViewAxes axes;
   CubeAxes cube_axes;

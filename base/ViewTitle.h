@@ -19,7 +19,7 @@ public:
   /// Makes the actor in the size that all titles have; nothing when there is one.
   void create();
 
-  /// Shows a text; null or empty hides it.
+  /// Shows a text; null or empty hides it. A byte that is not UTF-8 becomes a question mark.
   void set_text(const char* text);
 
   /// 3 doubles; from now on the colour follows no background.

@@ -20,6 +20,7 @@ void expect_action(const char* symbol, Command command, double value = 0.0, bool
 
 TEST(MeshviewKeysTest, SwitchesAreLetters)
 {
+  expect_action("n", Command::ToggleTitle);
   expect_action("t", Command::ToggleTriad);
   expect_action("a", Command::NextAxes);
   expect_action("c", Command::ToggleCubeAxes);
@@ -52,6 +53,8 @@ TEST(MeshviewKeysTest, OppositeKeysHaveOppositeValues)
   EXPECT_EQ(action_of("Up", false)->value, -action_of("Down", false)->value);
   EXPECT_EQ(action_of("plus", false)->value, -action_of("minus", false)->value);
   EXPECT_EQ(action_of("KP_Add", false), action_of("plus", false));
+  EXPECT_GT(action_of("D", false)->value, 0.0);
+  EXPECT_EQ(action_of("d", false)->value, -action_of("D", false)->value);
 }
 
 // On some keyboards plus and ? need Shift, on others they do not: the symbol alone counts. Capital letters

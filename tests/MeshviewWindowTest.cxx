@@ -84,9 +84,10 @@ protected:
   {
     MeshviewWindowTest::SetUp();
     const std::string cube = write_cube();
-    mProcess = std::make_unique<Process>(
-        std::vector<std::string>{cube, "--size", "200x200", "--background", "9", "--color-by", "side"}, false,
-        false, mFolder);
+    mProcess =
+        std::make_unique<Process>(std::vector<std::string>{cube, "--size", "200x200", "--background", "9",
+                                                           "--color-by", "side", "--title", "Cube"},
+                                  false, false, mFolder);
     mWindow = wait_for_window("meshview - " + cube);
     ASSERT_NE(mWindow, 0U);
     // Keys that come before the program listens are lost.
@@ -185,7 +186,7 @@ TEST_F(MeshviewKeysInWindowTest, DecorationsComeAndGo)
 {
   press_key(mWindow, XK_x);
   const Image plain = picture();
-  for (const int key : {XK_t, XK_c, XK_b}) {
+  for (const int key : {XK_n, XK_t, XK_c, XK_b}) {
     press_key(mWindow, static_cast<KeySym>(key));
     const Image with = picture();
     EXPECT_GT(compare(with, plain).pixels_over_8, 30) << key;
@@ -204,6 +205,30 @@ TEST_F(MeshviewKeysInWindowTest, DecorationsComeAndGo)
   EXPECT_EQ(legend.at(200 / 3 + 5, 15), (Rgb{0, 0, 0}));
   press_key(mWindow, XK_p);
   EXPECT_EQ(picture().at(200 / 3 + 5, 15), (Rgb{255, 255, 255})) << "in perspective there is no scale";
+}
+
+// The light from above is darker than that from the eye, and stays so.
+TEST_F(MeshviewKeysInWindowTest, TheLightGetsDarkerAndBrighter)
+{
+  press_key(mWindow, XK_x);
+  const auto middle = [this] {
+    const Rgb pixel = picture().at(100, 100);
+    return pixel.r + pixel.g + pixel.b;
+  };
+  const int before = middle();
+  press_key(mWindow, XK_d);
+  const int dark = middle();
+  EXPECT_LT(dark, before - 5);
+  press_key(mWindow, XK_D, ShiftMask);
+  EXPECT_NEAR(middle(), before, 3);
+  for (int i = 0; i < 12; ++i) { // more than to the end
+    press_key(mWindow, XK_d);
+  }
+  const int least = middle();
+  EXPECT_LT(least, dark);
+  EXPECT_GT(least, 0);
+  press_key(mWindow, XK_d);
+  EXPECT_EQ(middle(), least);
 }
 
 TEST_F(MeshviewKeysInWindowTest, ZoomsAndComesBack)

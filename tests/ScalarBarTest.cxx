@@ -414,6 +414,95 @@ TEST_F(ScalarBarTest, AWidgetWithoutItsActorIsNoTrouble)
   mView->set_scalar_bar(nullptr);
 }
 
+// --- Host code that the widget calls
+// ------------------------------------------------------------------------------------
+
+TEST_F(ScalarBarTest, MayGoWhileItIsSwitchedOff)
+{
+  const auto interactor = add_interactor();
+  set_up();
+  const Widget old = widget();
+  const EventHook off(old, vtkCommand::DisableEvent, [&] { mView->set_scalar_bar(nullptr); });
+  mView->set_scalar_bar(nullptr);
+  EXPECT_EQ(widget(), nullptr);
+  EXPECT_EQ(old->GetInteractor(), nullptr);
+  EXPECT_EQ(num_props(), 0);
+}
+
+TEST_F(ScalarBarTest, AWidgetTakenWhileAnotherIsSwitchedOffIsLetGoAgain)
+{
+  const auto interactor = add_interactor();
+  set_up();
+  const Widget old = widget();
+  const Widget between = Widget::New();
+  const EventHook off(old, vtkCommand::DisableEvent, [&] { mView->set_scalar_bar(between); });
+  set_up(2.0, 3.0);
+  ASSERT_NE(widget(), nullptr);
+  ASSERT_NE(widget(), between.Get());
+  EXPECT_EQ(table()->GetTableRange()[0], 2.0);
+  EXPECT_EQ(widget()->GetEnabled(), 1);
+  EXPECT_EQ(between->GetInteractor(), nullptr);
+  EXPECT_EQ(between->GetReferenceCount(), 1);
+  EXPECT_EQ(num_props(), 1);
+}
+
+TEST_F(ScalarBarTest, AWidgetMayGoToAnotherViewWhileItIsSwitchedOff)
+{
+  const auto other = make_view(250, 250);
+  const auto interactor = add_interactor();
+  set_up();
+  const Widget old = widget();
+  const EventHook off(old, vtkCommand::DisableEvent, [&] { other->set_scalar_bar(old); });
+  mView->set_scalar_bar(nullptr);
+  EXPECT_EQ(widget(), nullptr);
+  EXPECT_EQ(other->get_scalar_bar(), old.Get());
+  EXPECT_EQ(old->GetDefaultRenderer(), other->get_renderer());
+}
+
+TEST_F(ScalarBarTest, AWidgetMayGoWhileItChangesItsInteractor)
+{
+  const auto first = add_interactor();
+  set_up();
+  const Widget old = widget();
+  const EventHook off(old, vtkCommand::DisableEvent, [&] { mView->set_scalar_bar(nullptr); });
+  const auto second = add_interactor();
+  EXPECT_FALSE(is_bar_seen(picture(*mView)));
+  EXPECT_EQ(widget(), nullptr);
+  EXPECT_EQ(old->GetInteractor(), nullptr);
+}
+
+TEST_F(ScalarBarTest, TheViewMayGoWhileABarIsSwitchedOff)
+{
+  for (const bool is_replaced : {false, true}) {
+    mView = make_view(250, 250);
+    const auto interactor = add_interactor();
+    set_up();
+    const Widget old = widget();
+    const EventHook off(old, vtkCommand::DisableEvent, [&] { mView.reset(); });
+    if (is_replaced) {
+      mView->setup_scalar_bar(0.0, 1.0, false, {});
+    } else {
+      mView->set_render_window(nullptr);
+    }
+    EXPECT_EQ(mView, nullptr);
+    EXPECT_EQ(old->GetInteractor(), nullptr);
+    EXPECT_EQ(old->GetReferenceCount(), 1);
+  }
+}
+
+// The widget gets the interactor at the start of a frame.
+TEST_F(ScalarBarTest, TheViewMayGoWhenAFrameSwitchesTheBarOn)
+{
+  set_up();
+  mView->set_cube_axes_vis(true);
+  const Widget bar = widget();
+  const EventHook on(bar, vtkCommand::EnableEvent, [&] { mView.reset(); });
+  const auto interactor = add_interactor();
+  mView->render();
+  EXPECT_EQ(mView, nullptr);
+  EXPECT_EQ(bar->GetEnabled(), 0);
+}
+
 // --- In the middle of a frame
 // --------------------------------------------------------------------------------------------
 

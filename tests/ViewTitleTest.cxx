@@ -125,4 +125,48 @@ TEST_F(ViewTitleTest, SizesAreBounded)
   EXPECT_EQ(mTitle.actor()->GetTextProperty()->GetFontSize(), 500);
 }
 
+// Texts that look like formulas, have no visible letter or many lines.
+TEST_F(ViewTitleTest, AnyTextIsDrawn)
+{
+  const std::string lines = std::string(2000, '\n') + "x";
+  for (const char* text : {"$x^2$", "a|b", "\n", " ", "\t\r\x01\x7f", lines.c_str()}) {
+    mTitle.set_text(text);
+    static_cast<void>(mScene.render());
+  }
+}
+
+// VTK reports errors, and makes some in OpenGL, for a text that is not UTF-8.
+TEST_F(ViewTitleTest, BytesThatAreNoUtf8AreQuestionMarks)
+{
+  const std::pair<const char*, const char*> texts[] = {// Latin-1, what begins no character, what is cut off
+                                                       {"caf\xe9", "caf?"},
+                                                       {"\xff\xfe\xf5\xf8", "????"},
+                                                       {"\x80\xbf", "??"},
+                                                       {"\xc3", "?"},
+                                                       {"\xc3x", "?x"},
+                                                       {"\xe2\x82", "??"},
+                                                       {"\xf0\x9f\x98", "???"},
+                                                       // forms that are too long, a surrogate, above U+10FFFF
+                                                       {"\xc0\x80\xc1\xbf", "????"},
+                                                       {"\xe0\x9f\xbf", "???"},
+                                                       {"\xf0\x8f\xbf\xbf", "????"},
+                                                       {"\xed\xa0\x80", "???"},
+                                                       {"\xf4\x90\x80\x80", "????"}};
+  for (const auto& [text, shown] : texts) {
+    mTitle.set_text(text);
+    EXPECT_STREQ(mTitle.actor()->GetInput(), shown);
+    EXPECT_GT(count_pixels(mScene.render(), colour_is_not(kBlack)), 5) << shown;
+  }
+}
+
+TEST_F(ViewTitleTest, Utf8IsShownAsItIs)
+{
+  for (const char* text : {"\x01~", "\xc2\x80 \xc3\xa9 \xdf\xbf", "\xe0\xa0\x80 \xe2\x82\xac \xed\x9f\xbf",
+                           "\xee\x80\x80 \xef\xbf\xbd \xef\xbf\xbf", "\xf0\x90\x80\x80 \xf4\x8f\xbf\xbf"}) {
+    mTitle.set_text(text);
+    EXPECT_STREQ(mTitle.actor()->GetInput(), text);
+    static_cast<void>(mScene.render());
+  }
+}
+
 } // namespace

@@ -7,6 +7,7 @@
 #include "Console.h"
 #include "Display.h"
 #include "GView.h"
+#include "MeshLights.h"
 #include "Output.h"
 #include "Spin.h"
 #include "Viewer.h"
@@ -138,6 +139,11 @@ void Commands::decorate(Command command)
 {
   Decorations& decorations = mViewer.decorations();
   switch (command) {
+  case Command::ToggleTitle:
+    if (!decorations.toggle_title()) {
+      tell("there is no title without --title");
+    }
+    break;
   case Command::ToggleTriad:
     decorations.toggle_triad();
     break;
@@ -187,6 +193,9 @@ void Commands::move(const KeyAction& action)
     break;
   case Command::Frame:
     view.reset_camera();
+    break;
+  case Command::ChangeLight:
+    change_light(view, static_cast<float>(action.value));
     break;
   case Command::Spin:
     animate([&] { turn(view, mViewer.turn_axis(), 360.0, kSpinSteps); });

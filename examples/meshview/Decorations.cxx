@@ -127,13 +127,17 @@ void Decorations::set_up()
   }
   mView.set_cube_axes_vis(mOptions.cube_axes);
   mView.set_legend_vis(mOptions.legend);
-  if (!mOptions.title.empty()) {
-    show_title();
-  }
+  show_title();
   if (mOptions.scalar_bar) {
     show_scalar_bar();
   }
   make_readable();
+}
+
+/// As it is shown now: empty for none.
+std::string Decorations::title() const
+{
+  return mHasTitle ? mOptions.title : "";
 }
 
 void Decorations::show_title()
@@ -141,8 +145,8 @@ void Decorations::show_title()
   int width = 0;
   int height = 0;
   mView.get_size(width, height);
-  mView.set_title_font_size(title_size(mOptions.title, width, height));
-  mView.set_title(mOptions.title.c_str());
+  mView.set_title_font_size(title_size(title(), width, height));
+  mView.set_title(title().c_str());
 }
 
 /// In the very colours of the mesh.
@@ -157,6 +161,13 @@ void Decorations::show_scalar_bar()
 bool Decorations::has_scalar_bar() const
 {
   return mView.get_scalar_bar() != nullptr && mView.get_scalar_bar()->GetEnabled() != 0;
+}
+
+bool Decorations::toggle_title()
+{
+  mHasTitle = !mHasTitle;
+  show_title();
+  return !mOptions.title.empty();
 }
 
 void Decorations::toggle_triad()
@@ -221,9 +232,7 @@ void Decorations::make_readable()
   double rgb[3] = {0.0, 0.0, 0.0};
   BrantColorTable::color_id_to_rgb(id, rgb);
   mView.set_triad_label_color(BrantColorTable::lookup_color(id));
-  if (!mOptions.title.empty()) {
-    mView.set_title_color(rgb);
-  }
+  mView.set_title_color(rgb);
   vtkPropCollection* props = mView.get_renderer()->GetViewProps();
   vtkCollectionSimpleIterator at = nullptr;
   props->InitTraversal(at);
@@ -238,8 +247,8 @@ Margins Decorations::margins() const
   int height = 0;
   mView.get_size(width, height);
   Margins margins{kFree, kFree, kFree, kFree};
-  if (!mOptions.title.empty()) {
-    margins.top += 0.01 + 1.4 * title_size(mOptions.title, width, height) / height;
+  if (!title().empty()) {
+    margins.top += 0.01 + 1.4 * title_size(title(), width, height) / height;
   }
   if (mView.get_triad_vis() || (mView.get_axis_vis() && mView.get_axis_type() == MRUtil::AXIS_2D)) {
     margins.bottom = std::max(margins.bottom, kTriad);

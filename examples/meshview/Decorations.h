@@ -19,6 +19,9 @@ public:
   /// Shows what the options ask for. The window already has its interactor, if it gets one.
   void set_up();
 
+  /// False when the options have no title.
+  bool toggle_title();
+
   void toggle_triad();
   void next_axes(); ///< off, 3d, 2d, 1d
   void toggle_cube_axes();
@@ -33,6 +36,7 @@ public:
 
 private:
   void show_title();
+  [[nodiscard]] std::string title() const;
   void show_scalar_bar();
   [[nodiscard]] bool has_scalar_bar() const;
   [[nodiscard]] Margins margins() const;
@@ -41,5 +45,6 @@ private:
   GView& mView;
   const DecorationOptions& mOptions;
   bool mIsParallel;
+  bool mHasTitle = true; // unless the options have none
   ColorScale mScale;
 };

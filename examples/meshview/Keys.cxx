@@ -23,17 +23,20 @@ struct KeyGroup
 
 constexpr double kTurn = 15.0; // degrees
 constexpr double kZoom = 1.25;
+constexpr double kLight = 0.1;
 
 const std::vector<KeyGroup>& groups()
 {
   using C = Command;
   static const std::vector<KeyGroup> kGroups = {
+      {"n", "title", {{"n", {C::ToggleTitle}}}},
       {"t", "axis triad", {{"t", {C::ToggleTriad}}}},
       {"a", "axes: off, 3d, 2d, 1d in turn", {{"a", {C::NextAxes}}}},
       {"c", "cube axes", {{"c", {C::ToggleCubeAxes}}}},
       {"l", "legend; makes the projection parallel", {{"l", {C::ToggleLegend}}}},
       {"b", "scalar bar", {{"b", {C::ToggleScalarBar}}}},
       {"p", "parallel or perspective projection", {{"p", {C::ToggleProjection}}}},
+      {"d D", "darker, brighter light", {{"d", {C::ChangeLight, -kLight}}, {"D", {C::ChangeLight, kLight}}}},
       {"s", "save a picture in the current folder", {{"s", {C::SavePicture}}}},
       {"Ctrl-1 to Ctrl-4",
        "save the view",

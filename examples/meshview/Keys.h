@@ -11,12 +11,14 @@
 /// What a key asks for.
 enum class Command
 {
+  ToggleTitle,
   ToggleTriad,
   NextAxes,
   ToggleCubeAxes,
   ToggleLegend,
   ToggleScalarBar,
   ToggleProjection,
+  ChangeLight, ///< value: by how much, of intensities from 0 to 1
   SavePicture,
   SaveView,    ///< value: its number
   RestoreView, ///< value: its number

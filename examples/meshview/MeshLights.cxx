@@ -6,13 +6,26 @@
 #include "Options.h"
 
 #include <vtkLight.h>
+#include <vtkLightCollection.h>
 #include <vtkNew.h>
 #include <vtkRenderer.h>
+
+#include <algorithm>
 
 namespace {
 
 constexpr double kIntensity = 0.45;
 constexpr double kShare = kIntensity / 0.95; // of the view's own light
+
+/// Gives all lights an intensity, and the one from above less of it than the view's own: it came last.
+void set_light(GView& view, const Intensity& intensity)
+{
+  const auto& [red, green, blue] = intensity;
+  GView::set_light_intensity(red, green, blue); // of all lights alike
+  vtkLightCollection* lights = view.get_renderer()->GetLights();
+  auto* light = vtkLight::SafeDownCast(lights->GetItemAsObject(lights->GetNumberOfItems() - 1));
+  light->SetIntensity(kShare * light->GetIntensity());
+}
 
 } // namespace
 
@@ -26,12 +39,20 @@ void light_mesh(GView& view, const Options& options)
   light->SetIntensity(kIntensity);
   view.get_renderer()->AddLight(light);
   if (options.light) {
-    const auto& [red, green, blue] = *options.light;
-    GView::set_light_intensity(red, green, blue); // of all lights alike
-    light->SetIntensity(kShare * light->GetIntensity());
+    set_light(view, *options.light);
   }
   if (options.ambient) {
     const auto& [red, green, blue] = *options.ambient;
     GView::set_ambient_light_intensity(red, green, blue);
   }
+}
+
+void change_light(GView& view, float by)
+{
+  Intensity intensity = {};
+  GView::get_light_intensity(intensity[0], intensity[1], intensity[2]);
+  for (float& component : intensity) {
+    component = std::clamp(component + by, 0.0F, 1.0F);
+  }
+  set_light(view, intensity);
 }
