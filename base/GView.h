@@ -376,7 +376,7 @@ public:
   [[nodiscard]] bool get_triad_vis() const;
 
   /// Whether the display point (pixels from the bottom left) is on the triad, its border included. Never when
-  /// it is hidden.
+  /// it is hidden, or without a window.
   [[nodiscard]] bool triad_clicked(int x, int y) const;
 
   /// The colour of the triad's letters; alpha is ignored. Until then black or white, whatever can be read on

@@ -503,9 +503,9 @@ bool GView::get_2d_mode() const
 void GView::set_stereo_separation(double degrees)
 {
   if (std::isfinite(degrees)) {
-    for (const auto& view : morrow::registered_views()) {
+    morrow::call_each(morrow::registered_views(), [degrees](const std::shared_ptr<GView>& view) {
       camera_of(*view->mRenderer)->SetEyeAngle(degrees);
-    }
+    });
   }
 }
 

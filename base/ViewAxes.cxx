@@ -52,7 +52,7 @@ void ViewAxes::set_triad_visible(bool on)
 
 bool ViewAxes::is_on_triad(int x, int y) const
 {
-  if (!mIsTriadVisible) {
+  if (!mIsTriadVisible || mRenderer.GetVTKWindow() == nullptr) {
     return false;
   }
   int bounds[4];
