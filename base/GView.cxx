@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <utility>
 
 #include "BackgroundColor.h"
+#include "BrantVector.h"
 #include "GModelSet.h"
 #include "GViewFlagScope.h"
 #include "GViewRenderPass.h"
@@ -45,6 +47,16 @@ constexpr int OverlayLayer = 1;
 
 // Never destroyed, as the registry.
 std::string& gCurrentTitle = *new std::string("Brant ##");
+
+// What VTK does when it frames with a view up along the line of sight, less its warning.
+void straighten_view_up(vtkCamera& camera)
+{
+  constexpr double nearly_parallel = 0.999;
+  const BrantVector up(camera.GetViewUp());
+  if (std::abs(up.dot(BrantVector(camera.GetViewPlaneNormal()))) > nearly_parallel) {
+    camera.SetViewUp(-up.z(), up.x(), up.y());
+  }
+}
 
 /// Takes renderers out of the window whose frame ends.
 class LeaveAtEndOfFrame : public vtkCommand
@@ -564,6 +576,7 @@ void GView::frame_visible()
   if (mRenderWindow != nullptr) {
     this->fit_view_angle(*mRenderWindow); // the window may be without a frame of its present size
   }
+  straighten_view_up(*vtkSmartPointer<vtkCamera>(renderer->GetActiveCamera()));
   renderer->ResetCamera();
 }
 
