@@ -18,7 +18,10 @@ class GLabelMapper;
 class GModelSet;
 class GView;
 class vtkActor2D;
+class vtkCommand;
 class vtkDataObject;
+class vtkMapper;
+class vtkObject;
 class vtkProp;
 class vtkProperty;
 class vtkTextProperty;
@@ -136,6 +139,45 @@ public:
 
   /// The font size in units of 12 pixels; 1 while there is no model.
   [[nodiscard]] static double get_font_size_factor();
+
+  // ---- Mappers for prop functions
+
+  /// A mapper that draws data: a MyCompositePolyDataMapper for a vtkMultiBlockDataSet, else a
+  /// vtkPolyDataMapper, which draws nothing but vtkPolyData; null data gives one without input. The mapper is
+  /// static: it spares the check of its pipeline in each frame, so after a change in place call its
+  /// SetStatic(0), or make the props anew. It holds a reference on data. The view is not used.
+  [[nodiscard]] static vtkSmartPointer<vtkMapper> create_mapper(vtkDataObject* data, GView* view);
+
+  /// Makes the mapper draw everything farther back, so that lines and points on the same surface are seen: by
+  /// 2 factor × (slope of the depth across a pixel) + 2 × 0.000016 × units, in depths of the window from 0 to
+  /// 1; negative numbers bring it nearer. (1, 1) suits filled polygons.
+  ///
+  /// This is the mapper's fragment shader: it takes the place of any that was set before, stippled lines
+  /// included. Nothing happens for a null mapper, one that is not a vtkOpenGLPolyDataMapper, and (0, 0).
+  /// Numbers that are not finite once doubled make a shader that OpenGL refuses: VTK reports that as an error
+  /// and the mapper draws nothing.
+  static void set_polygon_offset(vtkMapper* mapper, double factor, double units);
+
+  /// Makes the mapper draw its lines with the line stipple pattern of a property: 16 bits, read from the
+  /// lowest up along 16 pixels, starting anew with each segment; 0xFFFF draws solid lines, 0 nothing.
+  ///
+  /// The mapper may draw nothing but lines: OpenGL refuses polygons and points with its geometry shader. view
+  /// is where it is drawn; in the window of another view dashes have another length. uniform_command is told
+  /// of each shader in each frame, and sets its uniform "StipplePattern", as one with the callback
+  /// SetStippleShaderUniform() and the actor's property as client data does. The mapper shares the command.
+  ///
+  /// This is the mapper's geometry and fragment shader: it takes the place of any that were set before, the
+  /// polygon offset included. A second call does not add commands that are there. With a null view or command
+  /// the rest is done; the host then sets the uniform "ViewportSize" or "StipplePattern" itself, or nothing
+  /// is drawn as it should. Nothing happens for a null mapper, and one that is not a vtkOpenGLPolyDataMapper.
+  static void setup_stippled_line_mapper(vtkMapper* mapper, GView* view, vtkCommand* uniform_command);
+
+  /// Callback for a vtkCallbackCommand: client_data is the vtkProperty whose GetLineStipplePattern() is set
+  /// as the uniform "StipplePattern" of call_data, the vtkShaderProgram; a program that does not use it, and
+  /// null for either, are left alone. The command does not own the property: it must live as long as the
+  /// mapper is drawn, or the host takes it back with SetClientData(nullptr).
+  static void SetStippleShaderUniform(vtkObject* caller, unsigned long event, void* client_data,
+                                      void* call_data);
 
 private:
   friend class GModelSet;

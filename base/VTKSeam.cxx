@@ -5,11 +5,31 @@
 #include <sstream>
 
 #include <vtkObject.h>
+#include <vtkOpenGLPolyDataMapper.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtk_glew.h>
 
+extern const char* vtkPolyDataFS; // exported by VTK without a header
+
 namespace morrow {
+
+namespace {
+
+/// Switches VTK's messages off and puts back what was before.
+class Silence
+{
+public:
+  Silence() { vtkObject::SetGlobalWarningDisplay(0); }
+  ~Silence() { vtkObject::SetGlobalWarningDisplay(mBefore); }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+private:
+  int mBefore = vtkObject::GetGlobalWarningDisplay();
+};
+
+} // namespace
 
 void report_vtk_error(vtkObject& object, const char* file, int line, const std::string& message)
 {
@@ -43,5 +63,27 @@ void clear_in_render_status(vtkRenderWindow& window)
   window.ClearInRenderStatus();
   window.SetInAbortCheck(0);
 }
+
+const char* polygon_fragment_shader()
+{
+  return vtkPolyDataFS;
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+void set_fragment_shader(vtkOpenGLPolyDataMapper& mapper, const char* text)
+{
+  const Silence silence;
+  mapper.SetFragmentShaderCode(text);
+}
+
+void set_geometry_shader(vtkOpenGLPolyDataMapper& mapper, const char* text)
+{
+  const Silence silence;
+  mapper.SetGeometryShaderCode(text);
+}
+
+#pragma GCC diagnostic pop
 
 } // namespace morrow

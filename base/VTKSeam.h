@@ -5,6 +5,7 @@
 #include <string>
 
 class vtkObject;
+class vtkOpenGLPolyDataMapper;
 class vtkRenderer;
 class vtkRenderWindow;
 
@@ -35,5 +36,14 @@ void compute_aspect_afresh(vtkRenderer& renderer, vtkRenderWindow& window);
 /// Lets a window render again after an exception has left its Render: VTK keeps a flag that would make it
 /// ignore every later request.
 void clear_in_render_status(vtkRenderWindow& window);
+
+/// VTK's own fragment shader for polygon data, in GLSL with the marks "//VTK::…" where its mappers put code.
+[[nodiscard]] const char* polygon_fragment_shader();
+
+/// Give the mapper another shader text in the place of VTK's own, for every block too if it is a composite
+/// one; the next frame draws with it. The mapper keeps a copy. VTK deprecates this on mappers, because its
+/// actors can have texts as well; its warning is suppressed.
+void set_fragment_shader(vtkOpenGLPolyDataMapper& mapper, const char* text);
+void set_geometry_shader(vtkOpenGLPolyDataMapper& mapper, const char* text);
 
 } // namespace morrow
