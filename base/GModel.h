@@ -150,26 +150,31 @@ public:
 
   /// Makes the mapper draw everything farther back, so that lines and points on the same surface are seen: by
   /// 2 factor × (slope of the depth across a pixel) + 2 × 0.000016 × units, in depths of the window from 0 to
-  /// 1; negative numbers bring it nearer. (1, 1) suits filled polygons.
+  /// 1; negative numbers bring it nearer. (1, 1) suits filled polygons. Each of the two that is not finite
+  /// once doubled moves nothing.
   ///
   /// This is the mapper's fragment shader: it takes the place of any that was set before, stippled lines
-  /// included. Nothing happens for a null mapper, one that is not a vtkOpenGLPolyDataMapper, and (0, 0).
-  /// Numbers that are not finite once doubled make a shader that OpenGL refuses: VTK reports that as an error
-  /// and the mapper draws nothing.
+  /// included. VTK gives it to the actors that the mapper draws, in the place of their own shader properties.
+  /// Nothing happens for a null mapper, one that is not a vtkOpenGLPolyDataMapper, and (0, 0).
   static void set_polygon_offset(vtkMapper* mapper, double factor, double units);
 
   /// Makes the mapper draw its lines with the line stipple pattern of a property: 16 bits, read from the
   /// lowest up along 16 pixels, starting anew with each segment; 0xFFFF draws solid lines, 0 nothing.
   ///
-  /// The mapper may draw nothing but lines: OpenGL refuses polygons and points with its geometry shader. view
-  /// is where it is drawn; in the window of another view dashes have another length. uniform_command is told
-  /// of each shader in each frame, and sets its uniform "StipplePattern", as one with the callback
-  /// SetStippleShaderUniform() and the actor's property as client data does. The mapper shares the command.
+  /// view is where the mapper is drawn: in a window of another size dashes have another length.
+  /// uniform_command is told of each shader in each frame, and sets its uniform "StipplePattern", as one with
+  /// the callback SetStippleShaderUniform() and the actor's property as client data does. The mapper shares
+  /// the command. A second call does not add commands that are there. With a null view or command the rest is
+  /// done; the uniforms "ViewportSize" and "StipplePattern" are then the host's, and draw nothing before they
+  /// are set.
   ///
-  /// This is the mapper's geometry and fragment shader: it takes the place of any that were set before, the
-  /// polygon offset included. A second call does not add commands that are there. With a null view or command
-  /// the rest is done; the host then sets the uniform "ViewportSize" or "StipplePattern" itself, or nothing
-  /// is drawn as it should. Nothing happens for a null mapper, and one that is not a vtkOpenGLPolyDataMapper.
+  /// These are the mapper's geometry and fragment shaders: they take the place of any that were set before,
+  /// the polygon offset included, and of the shader properties of its actors. Nothing happens for a null
+  /// mapper, and one that is not a vtkOpenGLPolyDataMapper.
+  ///
+  /// The shaders have limits. Polygons and points are not drawn: each is an error of OpenGL, so give the
+  /// mapper data of lines. Colours are the property's or those of points, not of cells. Lines wider than the
+  /// driver can draw by itself come one pixel wide. Never switch RenderLinesAsTubes on: VTK crashes.
   static void setup_stippled_line_mapper(vtkMapper* mapper, GView* view, vtkCommand* uniform_command);
 
   /// Callback for a vtkCallbackCommand: client_data is the vtkProperty whose GetLineStipplePattern() is set

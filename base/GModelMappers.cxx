@@ -21,7 +21,7 @@
 
 namespace {
 
-/// The offset that one unit of VTK's own polygon offset makes on a depth buffer of 24 bits is doubled.
+// Of what the host gives: an offset of (1, 1) then also clears lines that are three pixels wide.
 constexpr double OffsetScale = 2.0;
 
 void observe_shaders(vtkMapper& mapper, vtkCommand* command)

@@ -11,9 +11,10 @@ class vtkCallbackCommand;
 
 /// Draws composite polygon data, and tells whoever observes it of every shader that is about to draw a block.
 ///
-/// VTK draws the blocks with helper mappers of its own, and it is these that announce
-/// vtkCommand::UpdateShaderEvent. Here they pass the event on: an observer of this mapper hears it with the
-/// vtkShaderProgram as call data, at least once for each program in each frame, and can set uniforms.
+/// VTK draws the blocks with helper mappers of its own, one for all blocks that need the same shader, and it
+/// is these that announce vtkCommand::UpdateShaderEvent. Here they pass the event on: an observer of this
+/// mapper hears it with the vtkShaderProgram as call data, and can set uniforms. Some versions of VTK pass it
+/// on by themselves as well; then each is heard twice.
 class MORROW_BASE_EXPORT MyCompositePolyDataMapper : public vtkCompositePolyDataMapper2
 {
 public:
@@ -30,8 +31,8 @@ protected:
   MyCompositePolyDataMapper();
   ~MyCompositePolyDataMapper() override;
 
-  /// A helper of the superclass whose shader-update events reach this mapper. The caller owns it; once this
-  /// mapper is gone its events go nowhere.
+  /// A helper of the superclass whose shader-update events reach this mapper. The caller owns it. Its events
+  /// go nowhere once this mapper is gone.
   vtkCompositeMapperHelper2* CreateHelper() override;
 
 private:

@@ -3,6 +3,7 @@
 #include "ShaderText.h"
 
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <string>
 
@@ -26,6 +27,11 @@ constexpr Replacement DepthSlope = {
 
 // VTK's own treatment of coincident geometry would write the depth a second time.
 constexpr Replacement NoCoincident = {"//VTK::Coincident::Dec", ""};
+
+// Numbers that are not finite are written as words. With these they are numbers again: VTK crashes with a
+// shader that OpenGL refuses.
+constexpr Replacement NotFinite = {"//VTK::Coincident::Dec", "const float nan = 0.0;\n"
+                                                             "const float inf = 0.0;\n"};
 
 constexpr const char* DepthMark = "//VTK::Depth::Impl";
 
@@ -109,7 +115,7 @@ BrantString depth_offset_fragment_shader(const char* vtk_shader, double factor, 
   const std::string depth =
       "gl_FragDepth = gl_FragCoord.z + " + slope + "0.000016*" + with_six_decimals(units);
   BrantString shader = vtk_shader;
-  replace(shader, NoCoincident);
+  replace(shader, std::isfinite(factor) && std::isfinite(units) ? NoCoincident : NotFinite);
   if (has_slope) {
     replace(shader, DepthSlope);
   }

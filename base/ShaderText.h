@@ -12,9 +12,9 @@ namespace morrow {
 
 /// Makes VTK's fragment shader for polygon data move each fragment by factor × (slope of its depth) +
 /// 0.000016 × units, in depths of the window from 0 to 1; positive numbers move it away from the eye. Both
-/// are written with six decimals and a point, in every locale and in any length. Without a factor the text
-/// does not ask for the slope. Numbers that are not finite are written as "nan" and "inf", which GLSL
-/// refuses; "nan" is a factor.
+/// are written with six decimals and a point, in every locale and in any length. With the factor 0 the text
+/// does not ask for the slope. Numbers that are not finite are written as "nan" and "inf", which the text
+/// then declares as zeros.
 [[nodiscard]] BrantString depth_offset_fragment_shader(const char* vtk_shader, double factor, double units);
 
 /// A geometry shader that passes lines on with the coordinate "stippleCoord" along them: 0 at the first end,
