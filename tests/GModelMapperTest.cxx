@@ -340,10 +340,10 @@ TEST_F(GModelMapperRenderTest, HugeOffsetsAreHarmless)
   }
 }
 
-/// A square of 16 lines on each side, as lines or as polygons.
+/// A square of 4 × 4 squares, as lines or as polygons.
 vtkSmartPointer<vtkPolyData> grid(bool as_lines)
 {
-  constexpr int Lines = 16;
+  constexpr int Lines = 5;
   const vtkNew<vtkPoints> points;
   const vtkNew<vtkCellArray> cells;
   for (int j = 0; j < Lines; ++j) {
@@ -410,7 +410,9 @@ int broken_pixels(const Grazing& how, bool with_offset)
   lines->GetProperty()->SetLineWidth(how.line_width);
   view->add_props({surface, lines});
   const NoComplaints none;
-  const int broken = count_pixels(picture(*view), colour_is(kRed));
+  const Image image = picture(*view);
+  EXPECT_GT(count_pixels(image, colour_is(kBlue)), 500) << how; // the surface is seen as well
+  const int broken = count_pixels(image, colour_is(kRed));
   surface->VisibilityOff();
   const int whole = count_pixels(picture(*view), colour_is(kRed));
   EXPECT_GT(whole, 200) << how;
@@ -423,7 +425,7 @@ TEST_F(GModelMapperRenderTest, OffsetKeepsLinesOnSurfacesWhole)
                           {true, false, 5.0, 1.0F},  {true, true, 10.0, 3.0F},   {false, true, 5.0, 1.0F}};
   for (const Grazing& how : ways) {
     EXPECT_EQ(broken_pixels(how, true), 0) << how;
-    EXPECT_GT(broken_pixels(how, false), 500) << how;
+    EXPECT_GT(broken_pixels(how, false), 200) << how;
   }
 }
 
