@@ -125,8 +125,11 @@ TEST(MyCompositePolyDataMapperTest, HelpersThatOutliveTheMapperTellNobody)
     const vtkNew<OpenMapper> mapper;
     helper = mapper->helper();
   }
+  auto* command = dynamic_cast<vtkCallbackCommand*>(helper->GetCommand(1)); // the first observer
+  ASSERT_NE(command, nullptr);
+  EXPECT_EQ(command->Callback, &MyCompositePolyDataMapper::UpdateShadersFunc);
+  EXPECT_EQ(command->GetClientData(), nullptr);
   helper->InvokeEvent(kUpdateShader, nullptr);
-  EXPECT_EQ(helper->GetReferenceCount(), 1);
 }
 
 TEST(MyCompositePolyDataMapperTest, OutlivesItsHelpers)
