@@ -27,6 +27,10 @@ TEST(MeshviewKeysTest, SwitchesAreLetters)
   expect_action("l", Command::ToggleLegend);
   expect_action("b", Command::ToggleScalarBar);
   expect_action("p", Command::ToggleProjection);
+  expect_action("f", Command::NextSurface);
+  expect_action("w", Command::NextWire);
+  expect_action("o", Command::ToggleSilhouette);
+  expect_action("d", Command::ToggleHiddenLines);
   expect_action("s", Command::SavePicture);
   expect_action("q", Command::Quit);
   expect_action("e", Command::Quit);
@@ -53,8 +57,8 @@ TEST(MeshviewKeysTest, OppositeKeysHaveOppositeValues)
   EXPECT_EQ(action_of("Up", false)->value, -action_of("Down", false)->value);
   EXPECT_EQ(action_of("plus", false)->value, -action_of("minus", false)->value);
   EXPECT_EQ(action_of("KP_Add", false), action_of("plus", false));
-  EXPECT_GT(action_of("D", false)->value, 0.0);
-  EXPECT_EQ(action_of("d", false)->value, -action_of("D", false)->value);
+  EXPECT_GT(action_of("K", false)->value, 0.0);
+  EXPECT_EQ(action_of("k", false)->value, -action_of("K", false)->value);
 }
 
 // On some keyboards plus and ? need Shift, on others they do not: the symbol alone counts. Capital letters
@@ -68,7 +72,7 @@ TEST(MeshviewKeysTest, CapitalsAreOtherKeys)
 
 TEST(MeshviewKeysTest, WhatIsNotInTheTableIsNothing)
 {
-  for (const char* symbol : {"w", "f", "j", "k", "o", "", "F1", "Shift_L", "no such key"}) {
+  for (const char* symbol : {"W", "g", "j", "y", "m", "", "F1", "Shift_L", "no such key"}) {
     EXPECT_FALSE(action_of(symbol, false).has_value()) << symbol;
   }
   EXPECT_FALSE(action_of(nullptr, false).has_value());

@@ -34,6 +34,13 @@ double soft_angle(double angle)
   return angle * kTurnSteps / (kTurnSteps + 0.5);
 }
 
+/// The next of an enumeration, after the last one the first.
+template<class Choice>
+Choice next(Choice choice, Choice last)
+{
+  return choice == last ? Choice{} : static_cast<Choice>(static_cast<int>(choice) + 1);
+}
+
 std::string view_name(const KeyAction& action)
 {
   return "view " + std::to_string(static_cast<int>(action.value));
@@ -130,6 +137,7 @@ void Commands::execute_now(const KeyAction& action)
     return;
   default:
     decorate(action.command);
+    restyle(action.command);
     move(action);
     mViewer.refresh();
   }
@@ -167,6 +175,28 @@ void Commands::decorate(Command command)
   default:
     break;
   }
+}
+
+void Commands::restyle(Command command)
+{
+  DrawStyle style = mViewer.style();
+  switch (command) {
+  case Command::NextSurface:
+    style.surface = next(style.surface, Surface::Hidden);
+    break;
+  case Command::NextWire: // none is the first of them
+    style.wire = next(style.wire, Wire::Features);
+    break;
+  case Command::ToggleSilhouette:
+    style.silhouette = !style.silhouette;
+    break;
+  case Command::ToggleHiddenLines:
+    style.hidden_lines = !style.hidden_lines;
+    break;
+  default:
+    return;
+  }
+  mViewer.set_style(style);
 }
 
 void Commands::move(const KeyAction& action)

@@ -27,6 +27,7 @@ private:
   void execute_now(const KeyAction& action);
   void animate(const std::function<void()>& motion);
   void decorate(Command command);
+  void restyle(Command command);
   void move(const KeyAction& action);
   void handle_views(const KeyAction& action);
   void save_picture();

@@ -19,6 +19,10 @@ enum class Command
   ToggleScalarBar,
   ToggleProjection,
   ChangeLight, ///< value: by how much, of intensities from 0 to 1
+  NextSurface,
+  NextWire,
+  ToggleSilhouette,
+  ToggleHiddenLines,
   SavePicture,
   SaveView,    ///< value: its number
   RestoreView, ///< value: its number

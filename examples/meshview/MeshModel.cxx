@@ -3,8 +3,13 @@
 #include "MeshModel.h"
 
 #include "GView.h"
+#include "MeshLines.h"
+
+#include <BrantColorTable.h>
 
 #include <vtkActor.h>
+#include <vtkInformation.h>
+#include <vtkInformationIntegerKey.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
@@ -23,6 +28,9 @@ constexpr BrantColor kPalette[] = {BrantColor(141, 186, 230), BrantColor(249, 20
 
 constexpr BrantColor kNoValueColor(208, 210, 214); // of parts without the array that others are coloured by
 
+constexpr BrantColor kDarkGrey(64, 64, 64);     // of lines on surfaces or a light background
+constexpr BrantColor kLightGrey(190, 190, 190); // of lines on a dark background
+
 constexpr double kAmbient =
     0.22; // with the view's two lights never more than 1 in all: colours keep their hue
 
@@ -30,8 +38,8 @@ constexpr double kAmbient =
 struct PartStyle
 {
   BrantColor color;
-  bool edges = true;
-  vtkSmartPointer<vtkPolyData> curved_edges; // see MeshBlock::edges
+  DrawStyle draw;
+  std::shared_ptr<MeshLines> lines;
   ColorScale scale;
 };
 
@@ -96,19 +104,69 @@ void set_ambient_light(vtkActor& actor, vtkRenderer& renderer)
   property.SetAmbient(kAmbient * brightest);
 }
 
-/// Lines on a surface fight with it for depth, so the surface steps back and the lines step forward, by
-/// amounts found by looking at pictures: more where the surface is seen at a slant.
-vtkSmartPointer<vtkActor> make_edge_actor(vtkMapper& surface, const PartStyle& style)
+/// Surfaces in one colour without shading.
+void make_flat(vtkActor& actor)
 {
-  surface.SetResolveCoincidentTopologyToPolygonOffset();
-  surface.SetRelativeCoincidentTopologyPolygonOffsetParameters(4.0, 4.0);
-  auto actor = make_actor(style.curved_edges, style);
-  actor->GetMapper()->SetResolveCoincidentTopologyToPolygonOffset();
-  actor->GetMapper()->SetRelativeCoincidentTopologyLineOffsetParameters(-4.0, -40.0);
-  set_color(*actor->GetProperty(), edge_color(style.color));
-  actor->GetProperty()->LightingOff();
-  actor->GetProperty()->SetRepresentationToWireframe(); // drawn after all surfaces
-  return actor;
+  actor.GetProperty()->LightingOff();
+  actor.GetProperty()->SetAmbient(1.0);
+  actor.GetProperty()->SetDiffuse(0.0);
+}
+
+/// The view's render pass reads the mode.
+void hide(vtkActor& actor, bool with_hidden_lines)
+{
+  vtkNew<vtkInformation> keys;
+  keys->Set(MRUtil::RENDER_MODE(),
+            with_hidden_lines ? MRUtil::RENDER_HIDDEN_LINE_DASH : MRUtil::RENDER_HIDDEN_LINE);
+  actor.SetPropertyKeys(keys);
+}
+
+void set_surface(vtkActor& actor, const PartStyle& style, GView& view)
+{
+  switch (style.draw.surface) {
+  case Surface::Shaded:
+    set_ambient_light(actor, *view.get_renderer());
+    break;
+  case Surface::Flat:
+    make_flat(actor);
+    break;
+  case Surface::Hidden:
+    hide(actor, style.draw.hidden_lines);
+    break;
+  }
+}
+
+/// The lines that are drawn as such, null for none. All edges are part of the surface if it is seen and has
+/// them.
+vtkPolyData* wire_lines(const PartStyle& style)
+{
+  switch (style.draw.wire) {
+  case Wire::All:
+    return style.lines->is_curved() || style.draw.surface == Surface::Hidden ? style.lines->unique_edges()
+                                                                             : nullptr;
+  case Wire::Unique:
+    return style.lines->unique_edges();
+  case Wire::Features:
+    return style.lines->features();
+  case Wire::None:
+    break;
+  }
+  return nullptr;
+}
+
+/// What can be read on the view's background.
+BrantColor ink_color(GView& view)
+{
+  return BrantColorTable::lookup_color(view.get_label_color_from_background());
+}
+
+/// Lines on surfaces are dark, as these are light. Where surfaces are hidden the lines are on the background.
+BrantColor wire_color(const PartStyle& style, GView& view)
+{
+  if (style.draw.surface == Surface::Hidden && ink_color(view).red() > 127) {
+    return kLightGrey;
+  }
+  return style.draw.wire == Wire::All ? edge_color(style.color) : kDarkGrey;
 }
 
 /// The props of one part in one view.
@@ -121,28 +179,55 @@ std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, const Part
     embolden(*actor, style);
     return {actor};
   }
-  set_ambient_light(*actor, *view.get_renderer());
-  if (style.curved_edges != nullptr) {
-    return {actor, make_edge_actor(*actor->GetMapper(), style)};
-  }
-  if (style.edges) {
+  set_surface(*actor, style, view);
+  std::vector<vtkSmartPointer<vtkProp>> props = {actor};
+  if (vtkPolyData* lines = wire_lines(style)) {
+    props.push_back(make_line_actor(lines, wire_color(style, view)));
+  } else if (style.draw.wire == Wire::All) {
     show_polygon_edges(*actor, style);
   }
-  return {actor};
+  if (style.draw.silhouette) {
+    props.push_back(make_silhouette_actor(style.lines->outline_faces(), ink_color(view)));
+  }
+  if (props.size() > 1 || style.draw.hidden_lines) {
+    step_back(*actor);
+  }
+  return props;
 }
 
 } // namespace
 
-MeshModel::MeshModel(bool edges, const ColorScale& scale) : mEdges(edges), mScale(scale) {}
+MeshModel::MeshModel(const DrawStyle& style, const ColorScale& scale) : mStyle(style), mScale(scale) {}
+
+MeshModel::~MeshModel() = default;
 
 void MeshModel::add_block(const MeshBlock& block)
 {
-  PartStyle style;
-  style.color = mScale.is_empty() ? kPalette[mBlocks.size() % std::size(kPalette)] : kNoValueColor;
-  style.edges = mEdges;
-  style.curved_edges = block.edges;
-  style.scale = mScale;
   mBlocks.push_back(block);
-  add_part(block.surface,
+  mLines.push_back(std::make_shared<MeshLines>(block));
+  show(mBlocks.size() - 1);
+}
+
+void MeshModel::show(std::size_t block)
+{
+  PartStyle style;
+  style.color = mScale.is_empty() ? kPalette[block % std::size(kPalette)] : kNoValueColor;
+  style.draw = mStyle;
+  style.lines = mLines[block];
+  style.scale = mScale;
+  add_part(mBlocks[block].surface,
            [style](vtkDataObject* data, GView* view) { return make_props(data, style, *view); });
+}
+
+/// Each part goes and comes back with props in the new style; labels stay. Unhooked, this takes time in
+/// proportion to the number of parts.
+void MeshModel::set_style(const DrawStyle& style)
+{
+  mStyle = style;
+  unhook_from_views();
+  for (std::size_t i = 0; i < mBlocks.size(); ++i) {
+    remove_part(mBlocks[i].surface);
+    show(i);
+  }
+  hook_to_views();
 }

@@ -3,28 +3,42 @@
 #pragma once
 
 #include "ColorScale.h"
+#include "DrawStyle.h"
 #include "GModel.h"
 #include "Mesh.h"
 
 #include <BrantColor.h>
 
-/// The model of a mesh viewer: each block is a part, shown as a shaded surface with its mesh edges.
+class MeshLines;
+
+/// The model of a mesh viewer: each block is a part, shown as a surface and lines.
 class MeshModel : public GModel
 {
 public:
-  /// edges: are mesh edges drawn? scale colours the parts that have its array.
-  MeshModel(bool edges, const ColorScale& scale);
+  /// scale colours the parts that have its array.
+  MeshModel(const DrawStyle& style, const ColorScale& scale);
+  ~MeshModel() override;
 
   /// Adds the block as a part. Each one gets the next colour of a palette.
   void add_block(const MeshBlock& block);
 
+  /// Draws all parts in another style, from the next frame on.
+  void set_style(const DrawStyle& style);
+  [[nodiscard]] const DrawStyle& style() const noexcept { return mStyle; }
+
   [[nodiscard]] const std::vector<MeshBlock>& blocks() const noexcept { return mBlocks; }
+
+  /// Of the blocks, in the same order.
+  [[nodiscard]] const std::vector<std::shared_ptr<MeshLines>>& lines() const noexcept { return mLines; }
 
   /// Meshes are read once and do not change: there is nothing to bring up to date.
   void update_parts() override {}
 
 private:
-  bool mEdges;
+  void show(std::size_t block);
+
+  DrawStyle mStyle;
   ColorScale mScale;
   std::vector<MeshBlock> mBlocks;
+  std::vector<std::shared_ptr<MeshLines>> mLines;
 };

@@ -3,13 +3,13 @@
 #include "MeshSurface.h"
 
 #include "MeshBlocks.h"
+#include "MeshLines.h"
 
 #include <vtkCellArray.h>
 #include <vtkCellArrayIterator.h>
 #include <vtkCellData.h>
 #include <vtkCellTypes.h>
 #include <vtkCleanPolyData.h>
-#include <vtkExtractEdges.h>
 #include <vtkFloatArray.h>
 #include <vtkGeometryFilter.h>
 #include <vtkIdTypeArray.h>
@@ -229,10 +229,8 @@ vtkSmartPointer<vtkPolyData> extract_edges(vtkDataSet& mesh)
   vtkNew<vtkUnstructuredGridGeometryFilter> faces;
   faces->SetInputData(&mesh);
   faces->MergingOff();
-  vtkNew<vtkExtractEdges> edges;
-  edges->SetInputConnection(faces->GetOutputPort());
-  edges->Update();
-  return edges->GetOutput();
+  faces->Update();
+  return extract_unique_edges(*faces->GetOutput());
 }
 
 } // namespace

@@ -91,15 +91,39 @@ void describe_mesh(CLI::App& app, Options& options)
 {
   static const std::map<std::string, Labels> kLabels = {
       {"blocks", Labels::Blocks}, {"points", Labels::Points}, {"cells", Labels::Cells}};
-  static const std::map<std::string, bool> kSwitch = {{"on", true}, {"off", false}};
   add_choice(app, "--labels", kLabels, options.labels,
              "Label blocks with their names, or points or cells with their ids")
       ->type_name("WHAT");
-  add_choice(app, "--edges", kSwitch, options.edges, "Draw the edges of the mesh")
-      ->type_name("SWITCH")
-      ->default_str("on");
   app.add_option("--color-by", options.color_by, "Colour by the values of this point or cell array")
       ->type_name("ARRAY");
+}
+
+void describe_style(CLI::App& app, Options& options)
+{
+  static const std::map<std::string, Surface> kSurfaces = {
+      {"shaded", Surface::Shaded}, {"flat", Surface::Flat}, {"hidden", Surface::Hidden}};
+  static const std::map<std::string, bool> kSwitch = {{"on", true}, {"off", false}};
+  static const std::map<std::string, bool> kHidden = {{"none", false}, {"stipple", true}};
+  static const std::map<std::string, Wire> kWires = {
+      {"none", Wire::None}, {"all", Wire::All}, {"unique", Wire::Unique}, {"features", Wire::Features}};
+  add_choice(app, "--surface", kSurfaces, options.style.surface,
+             "Shade surfaces, draw them in flat colours, or not at all but as what hides lines")
+      ->type_name("HOW")
+      ->default_str("shaded");
+  add_choice(app, "--edges", kSwitch, options.edges,
+             "Draw the edges of the mesh: on is --wire all, off is --wire none")
+      ->type_name("SWITCH")
+      ->default_str("on");
+  add_choice(app, "--wire", kWires, options.wire,
+             "Draw the edges of each cell, each edge once in dark grey, of these features (borders and edges "
+             "over 30 degrees), or none")
+      ->type_name("WHICH")
+      ->default_str("all");
+  app.add_flag("--silhouette", options.style.silhouette, "Draw the outline of the mesh");
+  add_choice(app, "--hidden", kHidden, options.style.hidden_lines,
+             "Draw features where surfaces hide them: not at all, or stippled")
+      ->type_name("HOW")
+      ->default_str("none");
 }
 
 void describe_decorations(CLI::App& app, Options& options)
@@ -129,5 +153,9 @@ void check_together(const Options& options)
                                        [](const Output& output) { return is_image(output.format); });
   if (options.spin > 0 && !has_picture) {
     throw CLI::ValidationError("--spin", "needs --image, or --save with a picture");
+  }
+  if (options.edges && options.wire && *options.edges == (*options.wire == Wire::None)) {
+    throw CLI::ValidationError("--wire", std::string("does not go together with --edges ") +
+                                             (*options.edges ? "on" : "off"));
   }
 }

@@ -14,6 +14,7 @@ struct Options;
 /// Declares options of the command line, group by group; their values go to options.
 void describe_output(CLI::App& app, Options& options);
 void describe_mesh(CLI::App& app, Options& options);
+void describe_style(CLI::App& app, Options& options);
 void describe_decorations(CLI::App& app, Options& options);
 
 /// Throws CLI::ValidationError for options that do not go together.

@@ -83,6 +83,7 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
   app.add_option("FILE", options.files, "Mesh files; several are shown together")->required();
   describe_output(app, options);
   describe_mesh(app, options);
+  describe_style(app, options);
   describe_decorations(app, options);
   app.add_flag_callback(
       "--no-guard", [&options] { options.guard = false; },
@@ -93,6 +94,7 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? EXIT_ALL_SHOWN : EXIT_NOTHING_SHOWN;
   }
+  options.style.wire = options.wire.value_or(options.edges.value_or(true) ? Wire::All : Wire::None);
   options.parallel = options.parallel || options.decorations.legend;
   return std::nullopt;
 }

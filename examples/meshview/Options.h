@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "DrawStyle.h"
 #include "FileFormat.h"
 #include "MRUtil.h" // MRUtil::AxisType
 
@@ -60,7 +61,9 @@ struct Options
   std::string view = "iso";
   bool parallel = false; ///< projection
   Labels labels = Labels::None;
-  bool edges = true;
+  std::optional<bool> edges; ///< --edges, which says the same as --wire in short
+  std::optional<Wire> wire;
+  DrawStyle style;      ///< the wire is what both of these come to
   std::string color_by; ///< name of an array; empty gives each block its own colour
   DecorationOptions decorations;
   std::optional<Intensity> light; ///< the library's own without

@@ -40,9 +40,10 @@ std::vector<std::string> label_names(const std::vector<MeshFile>& files)
 } // namespace
 
 Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
-    : mOptions(options), mView(make_view(options)), mModel(options.edges, scale),
+    : mOptions(options), mView(make_view(options)), mModel(options.style, scale),
       mBlockLabels(mModel, label_names(files)), mDecorations(*mView, options, scale)
 {
+  mModelSet.add_model(&mHiddenLines);
   mModelSet.add_model(&mModel);
   mView->set_model_set(&mModelSet);
   mView->set_background(options.bottom_background);
@@ -51,6 +52,9 @@ Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const
   light_mesh(*mView, options);
   set_label_style(options.labels);
   add_blocks(files);
+  if (options.style.hidden_lines) {
+    set_style(options.style);
+  }
 }
 
 Viewer::~Viewer()
@@ -95,6 +99,12 @@ void Viewer::look_from_side(const std::string& name)
   if (mOptions.labels == Labels::Blocks) {
     refresh();
   }
+}
+
+void Viewer::set_style(const DrawStyle& style)
+{
+  mHiddenLines.show(mModel, style);
+  mModel.set_style(style);
 }
 
 Axis Viewer::turn_axis() const

@@ -6,6 +6,7 @@
 #include "ColorScale.h"
 #include "Decorations.h"
 #include "GModelSet.h"
+#include "HiddenLines.h"
 #include "Mesh.h"
 #include "MeshLabels.h"
 #include "MeshModel.h"
@@ -30,11 +31,15 @@ public:
 
   [[nodiscard]] GView& view() noexcept { return *mView; }
   [[nodiscard]] Decorations& decorations() noexcept { return mDecorations; }
+  [[nodiscard]] const DrawStyle& style() const noexcept { return mModel.style(); }
   [[nodiscard]] const Options& options() const noexcept { return mOptions; }
 
   /// Shows everything as the options ask for it, and renders. The window already has its interactor, if it
   /// gets one.
   void start();
+
+  /// Draws the mesh in another style, from the next frame on.
+  void set_style(const DrawStyle& style);
 
   /// Looks from the named side (see view_names()) at the mesh and its decorations, and renders.
   void look_from_side(const std::string& name);
@@ -53,6 +58,7 @@ private:
   std::shared_ptr<GView> mView;
   GModelSet mModelSet;
   MeshModel mModel;
+  HiddenLines mHiddenLines;        // of mModel
   std::vector<std::string> mNames; // of the blocks, for their labels
   BlockLabels mBlockLabels;
   Decorations mDecorations;

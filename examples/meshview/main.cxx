@@ -15,6 +15,8 @@
 #include "ReadGuard.h"
 #include "Viewer.h"
 
+#include <vtkSMPTools.h>
+
 #include <exception>
 #include <iostream>
 
@@ -36,7 +38,7 @@ std::vector<MeshFile> read_files(const Options& options, ReadLog& log)
   ReadRequest request;
   request.color_by = options.color_by;
   request.ids = options.labels == Labels::Points || options.labels == Labels::Cells;
-  request.edges = options.edges;
+  request.edges = options.style.wire != Wire::None || options.outputs.empty(); // keys may ask for them
   std::vector<MeshFile> files;
   for (std::size_t i = 0; i < options.files.size(); ++i) {
     if (log.get(i) == ReadLog::State::Failed) {
@@ -111,6 +113,7 @@ int read_and_show(const Options& options, ReadLog& log)
 
 int main(int argc, char** argv)
 {
+  vtkSMPTools::SetBackend("Sequential"); // threads leave the order of faces, and so some pixels, to chance
   Options options;
   if (const auto status = parse_options(argc, argv, options)) {
     return *status;
