@@ -50,7 +50,8 @@ void copy_bytes(const char* from, vtkIdType available, char* to, std::size_t siz
 
 void copy_memory(vtkDataArray& from, vtkDataArray& to, const std::vector<TupleRun>& runs)
 {
-  const auto size = static_cast<std::size_t>(from.GetDataTypeSize() * from.GetNumberOfComponents());
+  const auto size = static_cast<std::size_t>(from.GetDataTypeSize()) *
+                    static_cast<std::size_t>(from.GetNumberOfComponents());
   const auto* source = static_cast<const char*>(from.GetVoidPointer(0));
   auto* target = static_cast<char*>(to.GetVoidPointer(0));
   const vtkIdType available = from.GetNumberOfTuples();
