@@ -50,9 +50,12 @@ public:
   /// polygons bring them.
   ///
   /// A polygon faces the eye when its first three points turn counter-clockwise on the screen; one that is
-  /// degenerate there does not. An edge is given when both its points also belong to an earlier polygon that
-  /// faces the other way. So the result depends on the order of the polygons. Polygons with fewer than three
-  /// points, or with points that the data does not have, count as absent. Null gives no edges.
+  /// degenerate there does not. An edge is given when both its points also belong to earlier polygons, maybe
+  /// two different ones, that face the other way. So the result depends on the order of the polygons, and
+  /// long thin triangles that meet in a point can bring lines where there is no outline. Data in which each
+  /// edge has two points of its own, shared by its polygons alone, has neither weakness; meshview makes such
+  /// data. Polygons with fewer than three points, or with points that the data does not have, count as
+  /// absent. Null gives no edges.
   void compute(vtkMatrix4x4* matrix, vtkPolyData* data, std::vector<float>& out);
 
   /// Writes the colour of data as 4 floats from 0 to 1: with ScalarVisibility the first tuple of the cell
