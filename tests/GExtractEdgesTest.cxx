@@ -31,6 +31,7 @@
 #include <cmath>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -217,6 +218,14 @@ TEST(GExtractEdgesTest, ItsNamesAreThoseOfItsClasses)
     EXPECT_TRUE(filter->IsA(name)) << name;
   }
   EXPECT_FALSE(filter->IsA("vtkExtractEdges"));
+}
+
+TEST(GExtractEdgesTest, PrintsItself)
+{
+  vtkNew<GExtractEdges> filter;
+  std::ostringstream text;
+  filter->Print(text);
+  EXPECT_EQ(text.str().rfind("GExtractEdges", 0), 0U);
 }
 
 TEST(GExtractEdgesTest, TwoTrianglesThatShareAnEdgeGiveFiveLinesAndItHasTheDataOfTheFirst)

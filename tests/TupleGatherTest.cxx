@@ -48,6 +48,39 @@ TEST(TupleGatherTest, RunsOfBothWidthsFollowEachOther)
   EXPECT_EQ(values_of(to->GetArray("a")), (std::vector<double>{30, 10, 20, 20, 30}));
 }
 
+// Sizes in bytes that are copied in registers, and others.
+TEST(TupleGatherTest, TuplesOfEverySizeArriveWhole)
+{
+  const auto make = [](vtkDataArray* array, int components) {
+    array->SetName("a");
+    array->SetNumberOfComponents(components);
+    array->SetNumberOfTuples(3);
+    for (vtkIdType i = 0; i < 3; ++i) {
+      for (int k = 0; k < components; ++k) {
+        array->SetComponent(i, k, static_cast<double>(10 * i + k));
+      }
+    }
+  };
+  for (const int type : {VTK_UNSIGNED_CHAR, VTK_FLOAT, VTK_DOUBLE}) {
+    for (const int components : {1, 2, 3, 4, 9}) {
+      const auto array = vtkSmartPointer<vtkDataArray>::Take(vtkDataArray::CreateDataArray(type));
+      make(array, components);
+      vtkNew<vtkCellData> from;
+      from->AddArray(array);
+      vtkNew<vtkCellData> to;
+      morrow::gather_tuples(*from, *to, kRuns);
+      vtkDataArray* copy = to->GetArray("a");
+      ASSERT_EQ(copy->GetNumberOfTuples(), 5);
+      const vtkIdType sources[] = {2, 0, 1, 1, 2};
+      for (vtkIdType i = 0; i < 5; ++i) {
+        for (int k = 0; k < components; ++k) {
+          EXPECT_EQ(copy->GetComponent(i, k), static_cast<double>(10 * sources[i] + k)) << type << components;
+        }
+      }
+    }
+  }
+}
+
 TEST(TupleGatherTest, LeavesOutWhatCopyAllocateLeavesOut)
 {
   vtkNew<vtkCellData> from;

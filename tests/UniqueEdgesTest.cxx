@@ -112,6 +112,23 @@ TEST(GrowingBufferTest, KeepsItsNumbersWhileItGrows)
   }
 }
 
+// Beyond some millions of bytes the system is asked for larger pages.
+TEST(GrowingBufferTest, KeepsMillionsOfNumbers)
+{
+  GrowingBuffer<long long> buffer;
+  const std::size_t count = 3'000'000;
+  long long* numbers = buffer.extend(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    numbers[i] = static_cast<long long>(i);
+  }
+  buffer.make_room(count);
+  buffer.shrink();
+  ASSERT_EQ(buffer.size(), count);
+  for (std::size_t i = 0; i < count; ++i) {
+    ASSERT_EQ(buffer.data()[i], static_cast<long long>(i));
+  }
+}
+
 TEST(GrowingBufferTest, HandsItsMemoryOutAndIsEmptyAfterwards)
 {
   GrowingBuffer<double> buffer;
