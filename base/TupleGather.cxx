@@ -115,19 +115,36 @@ void gather_array(vtkAbstractArray& from, vtkAbstractArray& to, const std::vecto
   }
 }
 
-/// The array of from, from number `first` on, that CopyAllocate() has made the copy of: it keeps their order
-/// and their names.
-int find_original(vtkDataSetAttributes& from, const vtkAbstractArray& copy, int first)
+/// Whether CopyAllocate() may have made copy of the original: it keeps names, types and numbers of
+/// components.
+bool may_be_copy(vtkAbstractArray& original, vtkAbstractArray& copy)
 {
-  const auto same_text = [](const char* a, const char* b) {
-    return a == b || (a != nullptr && b != nullptr && std::strcmp(a, b) == 0);
-  };
-  auto& asked = const_cast<vtkAbstractArray&>(copy); // VTK's getter is not const
-  int at = first;
-  while (at < from.GetNumberOfArrays() && !same_text(from.GetAbstractArray(at)->GetName(), asked.GetName())) {
-    ++at;
+  const char* const a = original.GetName();
+  const char* const b = copy.GetName();
+  const bool has_same_name = a == b || (a != nullptr && b != nullptr && std::strcmp(a, b) == 0);
+  return has_same_name && original.GetDataType() == copy.GetDataType() &&
+         original.GetNumberOfComponents() == copy.GetNumberOfComponents();
+}
+
+/// Whether array number i is an attribute of a kind that CopyAllocate() leaves out.
+bool is_left_out(vtkDataSetAttributes& from, vtkDataSetAttributes& to, int i)
+{
+  const int attribute = from.IsArrayAnAttribute(i);
+  return attribute >= 0 && to.GetCopyAttribute(attribute, vtkDataSetAttributes::COPYTUPLE) == 0;
+}
+
+/// The number of the array of from that CopyAllocate() has made the copy of, -1 for none. Of several with one
+/// name it keeps the last; those without a name it keeps all, in their order, which begin at first.
+int find_original(vtkDataSetAttributes& from, vtkDataSetAttributes& to, vtkAbstractArray& copy, int first)
+{
+  const bool has_name = copy.GetName() != nullptr;
+  int found = -1;
+  for (int i = has_name ? 0 : first; i < from.GetNumberOfArrays() && (has_name || found < 0); ++i) {
+    if (may_be_copy(*from.GetAbstractArray(i), copy) && !is_left_out(from, to, i)) {
+      found = i;
+    }
   }
-  return at;
+  return found;
 }
 
 } // namespace
@@ -139,12 +156,13 @@ void gather_tuples(vtkDataSetAttributes& from, vtkDataSetAttributes& to, const s
     count += run.count;
   }
   to.CopyAllocate(&from, count);
-  int at = 0;
-  for (int i = 0; i < to.GetNumberOfArrays(); ++i, ++at) {
+  int nameless = 0; // where the search for the next one begins
+  for (int i = 0; i < to.GetNumberOfArrays(); ++i) {
     vtkAbstractArray& copy = *to.GetAbstractArray(i);
-    at = find_original(from, copy, at);
-    if (at < from.GetNumberOfArrays()) {
+    const int at = find_original(from, to, copy, nameless);
+    if (at >= 0) {
       gather_array(*from.GetAbstractArray(at), copy, runs, count);
+      nameless = copy.GetName() == nullptr ? at + 1 : nameless;
     }
   }
 }

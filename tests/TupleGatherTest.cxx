@@ -95,6 +95,42 @@ TEST(TupleGatherTest, LeavesOutWhatCopyAllocateLeavesOut)
   EXPECT_EQ(values_of(to->GetArray("b")), (std::vector<double>{9, 7, 8, 8, 9}));
 }
 
+// As arrays have it that are renamed after they have been added. The copy is that of the last one.
+TEST(TupleGatherTest, OfArraysWithOneNameTheLastIsCopied)
+{
+  vtkNew<vtkCellData> from;
+  vtkNew<vtkIntArray> wide;
+  wide->SetName("a");
+  wide->SetNumberOfComponents(9);
+  wide->SetNumberOfTuples(3);
+  wide->FillValue(-1);
+  const auto last = numbers("b", {4, 5, 6});
+  from->AddArray(wide);
+  from->AddArray(numbers("c", {1, 2, 3}));
+  from->AddArray(last);
+  last->SetName("a");
+  vtkNew<vtkCellData> to;
+  morrow::gather_tuples(*from, *to, kRuns);
+  ASSERT_EQ(to->GetNumberOfArrays(), 2);
+  EXPECT_EQ(values_of(to->GetArray("a")), (std::vector<double>{6, 4, 5, 5, 6}));
+  EXPECT_EQ(values_of(to->GetArray("c")), (std::vector<double>{3, 1, 2, 2, 3}));
+}
+
+// CopyAllocate() leaves global ids out.
+TEST(TupleGatherTest, ArraysWithoutANameAreNotTakenForEachOther)
+{
+  vtkNew<vtkCellData> from;
+  from->SetGlobalIds(numbers(nullptr, {1, 2, 3}));
+  from->AddArray(numbers(nullptr, {4, 5, 6}));
+  from->AddArray(numbers("a", {0, 0, 0}));
+  from->AddArray(numbers(nullptr, {7, 8, 9}));
+  vtkNew<vtkCellData> to;
+  morrow::gather_tuples(*from, *to, kRuns);
+  ASSERT_EQ(to->GetNumberOfArrays(), 3);
+  EXPECT_EQ(values_of(to->GetArray(0)), (std::vector<double>{6, 4, 5, 5, 6}));
+  EXPECT_EQ(values_of(to->GetArray(2)), (std::vector<double>{9, 7, 8, 8, 9}));
+}
+
 TEST(TupleGatherTest, NothingFromNothing)
 {
   vtkNew<vtkCellData> from;
