@@ -21,8 +21,8 @@ namespace morrow {
 /// unstructured grids as they lie in memory.
 ///
 /// visit(cell, type, count, ids) is called with the cell's id, VTK's cell type and the cell's point ids,
-/// which are 32 or 64 bits wide; it returns whether to go on. A cell that leaves its array, or that has fewer
-/// points than polygon data allows for its kind, comes with count -1.
+/// which are 32 or 64 bits wide; it returns whether to go on. A cell that leaves its array, that has no type,
+/// or that has fewer points than polygon data allows for its kind, comes with count -1.
 namespace cell_visitor {
 
 /// The kinds of cells of polygon data, in the order of their ids.
@@ -119,16 +119,22 @@ void visit_poly_data(vtkPolyData& data, Visit&& visit)
     if (!visit_array(*kind.cells, first, kind.smallest, type, visit)) {
       return;
     }
-    first += kind.cells->GetNumberOfCells();
+    first += std::max<vtkIdType>(kind.cells->GetNumberOfCells(), 0); // VTK counts -1 without any offset
   }
 }
 
 template<typename Visit>
 void visit_unstructured_grid(vtkUnstructuredGrid& grid, Visit&& visit)
 {
-  const unsigned char* types = grid.GetCellTypesArray()->GetPointer(0);
-  const auto type = [types](vtkIdType i, vtkIdType) { return static_cast<int>(types[i]); };
-  visit_array(*grid.GetCells(), 0, 0, type, visit);
+  vtkUnsignedCharArray& types = *grid.GetCellTypesArray();
+  const unsigned char* first = types.GetPointer(0);
+  const vtkIdType typed = types.GetNumberOfValues();
+  const auto type = [first, typed](vtkIdType i, vtkIdType) {
+    return i < typed ? static_cast<int>(first[i]) : int{VTK_EMPTY_CELL};
+  };
+  visit_array(*grid.GetCells(), 0, 0, type, [&](vtkIdType cell, int kind, vtkIdType count, const auto* ids) {
+    return visit(cell, kind, cell < typed ? count : -1, ids);
+  });
 }
 
 template<typename Visit>

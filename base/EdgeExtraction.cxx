@@ -3,6 +3,8 @@
 #include "EdgeExtraction.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -13,6 +15,7 @@
 #include "UniqueEdges.h"
 
 #include <vtkCellData.h>
+#include <vtkDataArray.h>
 #include <vtkIdList.h>
 #include <vtkPoints.h>
 
@@ -49,8 +52,9 @@ bool has_vertices(vtkPointSet& input)
     return data->GetVerts()->GetNumberOfCells() > 0;
   }
   if (auto* grid = vtkUnstructuredGrid::SafeDownCast(&input)) {
-    const unsigned char* types = grid->GetCellTypesArray()->GetPointer(0);
-    return std::any_of(types, types + grid->GetNumberOfCells(), is_vertex_type);
+    vtkUnsignedCharArray& types = *grid->GetCellTypesArray();
+    const unsigned char* first = types.GetPointer(0);
+    return std::any_of(first, first + types.GetNumberOfValues(), is_vertex_type);
   }
   return true;
 }
@@ -74,6 +78,73 @@ Vertices collect_vertices(vtkPointSet& input)
     return true;
   });
   return vertices;
+}
+
+/// The degrees along the axes of a cell.
+using Degrees = std::array<double, 3>;
+
+/// How many points Lagrange and Bézier cells have of the kind with the type VTK_LAGRANGE_CURVE + kind.
+double points_of_degrees(int kind, const Degrees& degrees)
+{
+  const auto [a, b, c] = degrees;
+  switch (VTK_LAGRANGE_CURVE + kind) {
+  case VTK_LAGRANGE_TRIANGLE:
+    return (a + 1) * (a + 2) / 2;
+  case VTK_LAGRANGE_QUADRILATERAL:
+    return (a + 1) * (b + 1);
+  case VTK_LAGRANGE_TETRAHEDRON:
+    return (a + 1) * (a + 2) * (a + 3) / 6;
+  case VTK_LAGRANGE_HEXAHEDRON:
+    return (a + 1) * (b + 1) * (c + 1);
+  case VTK_LAGRANGE_WEDGE:
+    return a == b ? (a + 1) * (a + 2) / 2 * (c + 1) : 0;
+  default:
+    return a + 1;
+  }
+}
+
+/// Whether VTK knows a cell of so many points with the same degree along all axes. It has three of degree 2
+/// with points in the middles of faces and of the cell.
+bool has_points_of_a_degree(int kind, vtkIdType count)
+{
+  const int type = VTK_LAGRANGE_CURVE + kind;
+  if ((type == VTK_LAGRANGE_TRIANGLE && count == 7) || (type == VTK_LAGRANGE_TETRAHEDRON && count == 15) ||
+      (type == VTK_LAGRANGE_WEDGE && count == 21)) {
+    return true;
+  }
+  const auto wanted = static_cast<double>(count);
+  double degree = 1;
+  while (points_of_degrees(kind, {degree, degree, degree}) < wanted) {
+    ++degree;
+  }
+  return points_of_degrees(kind, {degree, degree, degree}) == wanted;
+}
+
+/// Whether a cell has as many points as VTK will read of it. Only Lagrange and Bézier cells, whose number of
+/// points depends on their degrees, are looked at.
+bool has_points_of_its_degrees(vtkPointSet& input, vtkIdType cell, int type, vtkIdType count)
+{
+  constexpr int kinds = VTK_BEZIER_CURVE - VTK_LAGRANGE_CURVE;
+  if (type < VTK_LAGRANGE_CURVE || type > VTK_BEZIER_PYRAMID) {
+    return true;
+  }
+  const int kind = (type - VTK_LAGRANGE_CURVE) % kinds;
+  const int lagrange = VTK_LAGRANGE_CURVE + kind;
+  vtkDataArray* array = input.GetCellData()->GetHigherOrderDegrees();
+  const bool has_one_degree = lagrange == VTK_LAGRANGE_CURVE || lagrange == VTK_LAGRANGE_TRIANGLE ||
+                              lagrange == VTK_LAGRANGE_TETRAHEDRON;
+  if (array == nullptr || has_one_degree) {
+    return has_points_of_a_degree(kind, count);
+  }
+  Degrees degrees = {};
+  if (array->GetNumberOfComponents() != 3 || cell >= array->GetNumberOfTuples()) {
+    return false;
+  }
+  array->GetTuple(cell, degrees.data());
+  const bool are_whole = std::all_of(degrees.begin(), degrees.end(), [](double degree) {
+    return degree >= 1 && degree == std::floor(degree);
+  });
+  return are_whole && points_of_degrees(kind, degrees) == static_cast<double>(count);
 }
 
 const LinearCellEdges& linear_cell_edges()
@@ -129,7 +200,8 @@ private:
       mBroken += is_valid(ids, count, mPoints) ? 0 : 1;
       return;
     }
-    if (!is_valid(ids, count, mPoints) || count < this->least_points(type)) {
+    if (!is_valid(ids, count, mPoints) || count < this->least_points(type) ||
+        !has_points_of_its_degrees(mInput, cell, type, count)) {
       ++mBroken;
       return;
     }

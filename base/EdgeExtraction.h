@@ -14,7 +14,7 @@ namespace morrow {
 /// What has been met on the way.
 struct EdgeExtractionReport
 {
-  vtkIdType broken_cells = 0; // too few points, or points that the data set does not have; left out
+  vtkIdType broken_cells = 0; // too few points, or points that the data set does not have, …; left out
 };
 
 /// Gives the output a vertex for each point of the input's vertex cells, a line for each of its different

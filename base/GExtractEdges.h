@@ -22,9 +22,10 @@
 /// edge while it runs. A million triangles take a seventh of vtkExtractEdges' time with all points kept or
 /// less. Progress is reported about ten times; an abort keeps what has been made.
 ///
-/// Without points or cells the output has the points and nothing else. Cells with too few points, or with
-/// points that the input does not have, are left out, and one error tells how many. Data sets that are no
-/// point sets (images, rectilinear grids) have no points to share: the output is empty, with an error.
+/// Without points or cells the output has the points and nothing else. Cells with too few points, with points
+/// that the input does not have, without a type, and Lagrange and Bézier cells whose number of points is not
+/// that of their degrees, are left out, and one error tells how many. Data sets that are no point sets
+/// (images, rectilinear grids) have no points to share: the output is empty, with an error.
 class MORROW_BASE_EXPORT GExtractEdges : public vtkPolyDataAlgorithm
 {
 public:

@@ -207,7 +207,8 @@ void SilhouetteFinder::find(const vtkMatrix4x4& matrix, vtkPolyData& data, std::
 {
   out.clear();
   vtkCellArray* cells = data.GetPolys();
-  const auto cell_count = static_cast<std::size_t>(cells->GetNumberOfCells());
+  // Without any offset VTK counts -1 cells.
+  const auto cell_count = static_cast<std::size_t>(std::max<vtkIdType>(cells->GetNumberOfCells(), 0));
   const auto point_count = static_cast<std::size_t>(data.GetNumberOfPoints());
   if (cell_count == 0 || point_count == 0) {
     return;

@@ -29,6 +29,7 @@
 
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <random>
 #include <set>
 #include <sstream>
@@ -139,6 +140,14 @@ vtkSmartPointer<vtkUnstructuredGrid> grid_of(vtkIdType points, const std::vector
   }
   add_cell_data(*grid);
   return grid;
+}
+
+/// 0, 1, 2, …
+Ids first_ids(int count)
+{
+  Ids ids(static_cast<std::size_t>(count));
+  std::iota(ids.begin(), ids.end(), 0);
+  return ids;
 }
 
 /// The filter holds the output; keep it as long as the answer is read.
@@ -352,6 +361,82 @@ TEST(GExtractEdgesTest, EveryKindOfHigherOrderCellIsAsTheLiteralOne)
     cells.push_back({VTK_TRIANGLE, {next % 60, (next + 1) % 60, (next + 2) % 60}});
   }
   expect_as_literal(grid_of(60, cells));
+}
+
+TEST(GExtractEdgesTest, CellsOfAnyDegreeAreAsTheLiteralOnes)
+{
+  const std::pair<int, int> kinds[] = {
+      {VTK_LAGRANGE_CURVE, 2},         {VTK_LAGRANGE_CURVE, 5},        {VTK_LAGRANGE_TRIANGLE, 3},
+      {VTK_LAGRANGE_TRIANGLE, 6},      {VTK_LAGRANGE_TRIANGLE, 7},     {VTK_LAGRANGE_TRIANGLE, 10},
+      {VTK_LAGRANGE_QUADRILATERAL, 4}, {VTK_BEZIER_QUADRILATERAL, 16}, {VTK_LAGRANGE_TETRAHEDRON, 4},
+      {VTK_LAGRANGE_TETRAHEDRON, 10},  {VTK_LAGRANGE_TETRAHEDRON, 15}, {VTK_BEZIER_TETRAHEDRON, 20},
+      {VTK_LAGRANGE_HEXAHEDRON, 8},    {VTK_BEZIER_HEXAHEDRON, 27},    {VTK_LAGRANGE_WEDGE, 6},
+      {VTK_LAGRANGE_WEDGE, 18},        {VTK_LAGRANGE_WEDGE, 21},       {VTK_BEZIER_WEDGE, 40}};
+  for (const auto& [type, count] : kinds) {
+    SCOPED_TRACE(std::to_string(type) + " of " + std::to_string(count));
+    const auto grid = grid_of(40, {{type, first_ids(count)}});
+    expect_as_literal(grid);
+    EXPECT_EQ(extract(grid)->GetNumberOfLines() > 0,
+              type != VTK_LAGRANGE_CURVE); // a curve has no edges in VTK
+  }
+}
+
+TEST(GExtractEdgesTest, ACellHasTheDegreesThatItsDataSays)
+{
+  const auto grid = grid_of(6, {{VTK_LAGRANGE_QUADRILATERAL, first_ids(6)}});
+  vtkNew<vtkDoubleArray> degrees;
+  degrees->SetName("degrees");
+  degrees->SetNumberOfComponents(3);
+  degrees->InsertNextTuple3(2, 1, 1);
+  grid->GetCellData()->SetHigherOrderDegrees(degrees);
+  expect_as_literal(grid);
+  EXPECT_EQ(extract(grid)->GetNumberOfLines(), 6);
+  for (const double wrong : {0.0, 1.5, 3.0, -2.0, std::nan("")}) {
+    degrees->SetComponent(0, 0, wrong);
+    degrees->Modified();
+    const morrow_test::ExpectedVtkErrors expected({"1 broken cells"});
+    EXPECT_EQ(extract(grid)->GetNumberOfLines(), 0) << wrong;
+  }
+}
+
+// VTK would read past the end of their points, and bring points that the input does not have.
+TEST(GExtractEdgesTest, CellsThatHaveNotThePointsOfAnyDegreeAreLeftOutWithOneError)
+{
+  const std::pair<int, int> kinds[] = {{VTK_LAGRANGE_CURVE, 1},       {VTK_LAGRANGE_TRIANGLE, 1},
+                                       {VTK_LAGRANGE_TRIANGLE, 5},    {VTK_LAGRANGE_QUADRILATERAL, 1},
+                                       {VTK_BEZIER_QUADRILATERAL, 3}, {VTK_LAGRANGE_TETRAHEDRON, 2},
+                                       {VTK_LAGRANGE_HEXAHEDRON, 7},  {VTK_BEZIER_HEXAHEDRON, 4},
+                                       {VTK_LAGRANGE_WEDGE, 3},       {VTK_BEZIER_WEDGE, 7}};
+  for (const auto& [type, count] : kinds) {
+    SCOPED_TRACE(std::to_string(type) + " of " + std::to_string(count));
+    const auto grid = grid_of(8, {{type, first_ids(count)}, {VTK_LINE, {0, 1}}});
+    const morrow_test::ExpectedVtkErrors expected({"1 broken cells"});
+    EXPECT_EQ(cells_in(extract(grid)->GetLines()), (std::vector<Ids>{{0, 1}}));
+  }
+}
+
+TEST(GExtractEdgesTest, CellsWithoutATypeAreLeftOutWithOneError)
+{
+  vtkNew<vtkUnstructuredGrid> grid;
+  grid->SetPoints(random_points(5));
+  vtkNew<vtkUnsignedCharArray> types;
+  types->InsertNextValue(VTK_TRIANGLE);
+  grid->SetCells(types, cells_of({{0, 1, 2}, {1, 2, 3}, {2, 3, 4}}));
+  const morrow_test::ExpectedVtkErrors expected({"2 broken cells"});
+  EXPECT_EQ(cells_in(extract(grid)->GetLines()), (std::vector<Ids>{{0, 1}, {1, 2}, {2, 0}}));
+}
+
+// VTK counts -1 cells in such an array.
+TEST(GExtractEdgesTest, AnArrayWithoutOffsetsHasNoCells)
+{
+  const auto data = poly_data(4, {}, {}, {{0, 1, 2}, {0, 1, 2}, {1, 2, 3}});
+  vtkNew<vtkCellArray> nothing;
+  nothing->SetData(vtkNew<vtkIdTypeArray>(), vtkNew<vtkIdTypeArray>());
+  ASSERT_EQ(nothing->GetNumberOfCells(), -1);
+  data->SetVerts(nothing);
+  const auto output = extract(data);
+  EXPECT_EQ(output->GetNumberOfVerts(), 0);
+  EXPECT_EQ(sources(*output), (std::vector<int>{0, 0, 0, 2, 2}));
 }
 
 TEST(GExtractEdgesTest, APolyhedronIsAsTheLiteralOne)

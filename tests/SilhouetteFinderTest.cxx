@@ -344,6 +344,17 @@ TEST(SilhouetteFinderTest, CellsWithPointsOutOfRangeAreAbsent)
   }
 }
 
+// VTK counts -1 cells in such an array.
+TEST(SilhouetteFinderTest, CellsWithoutOffsetsAreAbsent)
+{
+  vtkNew<vtkCellArray> cells;
+  cells->SetData(vtkNew<vtkTypeInt64Array>(), vtkNew<vtkTypeInt64Array>());
+  ASSERT_EQ(cells->GetNumberOfCells(), -1);
+  const auto data = flat_data(kSquare, {});
+  data->SetPolys(cells);
+  EXPECT_EQ(find(data), Floats());
+}
+
 // Offsets that run backwards or past the end of the ids, as a broken file may have them.
 TEST(SilhouetteFinderTest, CellsWithBrokenOffsetsAreAbsent)
 {
