@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "GExtractEdges.h"
 
+#include <new>
+#include <stdexcept>
+
 #include "EdgeExtraction.h"
 
 #include <vtkInformation.h>
@@ -42,9 +45,17 @@ int GExtractEdges::RequestData(vtkInformation* /*request*/, vtkInformationVector
     this->UpdateProgress(part);
     return this->GetAbortExecute() != 0;
   };
-  const morrow::EdgeExtractionReport report = morrow::extract_edges(*input, *output, progress);
-  if (report.broken_cells > 0) {
-    vtkErrorMacro(<< report.broken_cells << " broken cells of the input have been left out.");
+  try {
+    const morrow::EdgeExtractionReport report = morrow::extract_edges(*input, *output, progress);
+    if (report.broken_cells > 0) {
+      vtkErrorMacro(<< report.broken_cells << " broken cells of the input have been left out.");
+    }
+  } catch (const std::bad_alloc&) { // must not unwind VTK's pipeline
+    output->Initialize();
+    vtkErrorMacro("Not enough memory for the edges.");
+  } catch (const std::length_error&) {
+    output->Initialize();
+    vtkErrorMacro("There are too many edges.");
   }
   return 1;
 }

@@ -25,7 +25,8 @@
 /// Without points or cells the output has the points and nothing else. Cells with too few points, with points
 /// that the input does not have, without a type, and Lagrange and Bézier cells whose number of points is not
 /// that of their degrees, are left out, and one error tells how many. Data sets that are no point sets
-/// (images, rectilinear grids) have no points to share: the output is empty, with an error.
+/// (images, rectilinear grids) have no points to share: the output is empty, with an error. So it is when the
+/// memory does not suffice.
 class MORROW_BASE_EXPORT GExtractEdges : public vtkPolyDataAlgorithm
 {
 public:

@@ -334,6 +334,7 @@ void GSilhouetteMapper::ComputeBounds()
   }
   if (input == nullptr) {
     vtkMath::UninitializeBounds(this->Bounds);
+    mBoundsTime = vtkTimeStamp();
     return;
   }
   if (mBoundsTime.GetMTime() >= std::max(input->GetMTime(), this->GetMTime())) {
