@@ -11,7 +11,7 @@ MORROW_DEFAULTS __ubsan_default_options();
 
 const char* __asan_default_options()
 {
-  return "detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1";
+  return "detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:allocator_may_return_null=1";
 }
 
 const char* __lsan_default_options()
