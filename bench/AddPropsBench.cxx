@@ -4,6 +4,7 @@
 // Adding props to a view and removing them, beside vtkRenderer::AddViewProp and RemoveViewProp on the same
 // props in the same order. "vtk/ours" is how many times as long VTK's way takes, both measured in this run;
 // its times grow with the square, so the largest size has no such counter. Needs no display.
+#include "BenchSupport.h"
 #include "GModel.h"
 #include "GView.h"
 
@@ -16,7 +17,6 @@
 #include <vtkRenderer.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -24,19 +24,13 @@
 #include <utility>
 #include <vector>
 
+using morrow_bench::wall_seconds;
+
 namespace {
 
 using Props = GView::Props;
 
 constexpr std::int64_t LargestForVtk = 10'000;
-
-template<typename Call>
-double seconds(Call&& call)
-{
-  const auto start = std::chrono::steady_clock::now();
-  call();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 Props make_actors(std::int64_t count)
 {
@@ -144,7 +138,7 @@ template<typename Contender>
 double time_adding(const Props& props)
 {
   Contender contender;
-  return seconds([&] { contender.add(props); });
+  return wall_seconds([&] { contender.add(props); });
 }
 
 template<typename Contender>
@@ -152,7 +146,7 @@ double time_removing(const Props& props, const Props& leaving)
 {
   Contender contender;
   contender.fill(props);
-  return seconds([&] { contender.remove(leaving); });
+  return wall_seconds([&] { contender.remove(leaving); });
 }
 
 // Google Benchmark calls each function several times; the slow one of the two is measured in one of them.
@@ -258,7 +252,7 @@ template<typename Model>
 double time_clearing(std::int64_t num_parts)
 {
   Model model(num_parts);
-  return seconds([&] { model.clear(); });
+  return wall_seconds([&] { model.clear(); });
 }
 
 void clear_model(benchmark::State& state)

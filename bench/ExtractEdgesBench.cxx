@@ -5,6 +5,7 @@
 // all points kept, on the same mesh. "literal/ours" and "vtk/ours" are how many times as long they take;
 // "memory/literal" is the peak memory of a run beside the literal one's. The results are compared. Needs no
 // display.
+#include "BenchSupport.h"
 #include "GExtractEdges.h"
 #include "LiteralExtractEdges.h"
 
@@ -25,12 +26,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <ctime>
 #include <fstream>
 #include <numeric>
 #include <random>
 #include <string>
 #include <vector>
+
+using morrow_bench::median;
+using morrow_bench::processor_seconds;
 
 namespace {
 
@@ -68,17 +71,9 @@ vtkSmartPointer<vtkPolyData> triangles(std::int64_t count, Order order)
   if (order == Order::Random) {
     std::shuffle(squares.begin(), squares.end(), std::mt19937(1));
   }
-  vtkNew<vtkCellArray> cells;
-  for (const vtkIdType square : squares) {
-    const vtkIdType a = square / side * (side + 1) + square % side;
-    const vtkIdType lower[3] = {a, a + 1, a + side + 2};
-    const vtkIdType upper[3] = {a, a + side + 2, a + side + 1};
-    cells->InsertNextCell(3, lower);
-    cells->InsertNextCell(3, upper);
-  }
   auto data = vtkSmartPointer<vtkPolyData>::New();
   data->SetPoints(points);
-  data->SetPolys(cells);
+  data->SetPolys(morrow_bench::grid_triangles(side, squares));
   add_numbers(*data);
   return data;
 }
@@ -152,24 +147,14 @@ bool are_equal(vtkPolyData& a, vtkPolyData& b)
 // ---------------------------------------------------------------------------------------------------------
 // Measuring
 
-/// Processor time: everything here runs on one thread, and other programs do not count.
-template<typename Call>
-double seconds(Call&& call)
-{
-  const std::clock_t start = std::clock();
-  call();
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
 template<typename Call>
 double median_seconds(Call&& call, int runs)
 {
   std::vector<double> times;
   for (int i = 0; i < runs; ++i) {
-    times.push_back(seconds(call));
+    times.push_back(processor_seconds(call));
   }
-  std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
-  return times[static_cast<std::size_t>(runs) / 2];
+  return median(times);
 }
 
 /// A line of this process's status as the system keeps it, in KiB; 0 where there is none.
@@ -205,12 +190,11 @@ void run(benchmark::State& state, vtkPointSet* input)
   }
   std::vector<double> times;
   for (auto _ : state) {
-    const double time = seconds([&] { ours(input); });
+    const double time = processor_seconds([&] { ours(input); });
     state.SetIterationTime(time);
     times.push_back(time);
   }
-  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
-  const double own = times[times.size() / 2];
+  const double own = median(times);
   constexpr int runs = 5;
   state.counters["literal/ours"] = median_seconds([&] { literal(input); }, runs) / own;
   state.counters["vtk/ours"] = median_seconds([&] { vtks(input); }, runs) / own;

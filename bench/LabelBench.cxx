@@ -4,6 +4,7 @@
 // Adding labels to a label mapper and removing them in random order, beside two plain ways: vectors from
 // which each removed label is erased, and a vtkTextMapper for each label. "ours/vectors" and
 // "ours/textmappers" are ratios of times measured in this run. Needs no display.
+#include "BenchSupport.h"
 #include "BrantColor.h"
 #include "BrantVector.h"
 #include "GLabelMapper.h"
@@ -16,7 +17,6 @@
 #include <vtkTextProperty.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -25,19 +25,13 @@
 #include <string>
 #include <vector>
 
+using morrow_bench::wall_seconds;
+
 namespace {
 
 constexpr std::int64_t LargestForVectors = 10'000;     // the time grows with the square
 constexpr std::int64_t LargestForTextMappers = 10'000; // each takes several kilobytes
 constexpr const char* Text = "a label 123";
-
-template<typename Call>
-double seconds(Call&& call)
-{
-  const auto start = std::chrono::steady_clock::now();
-  call();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 std::vector<long long> shuffled_keys(std::int64_t count)
 {
@@ -133,14 +127,14 @@ template<typename Contender>
 double time_adding(std::int64_t count)
 {
   Contender contender;
-  return seconds([&] { add_all(contender, count); });
+  return wall_seconds([&] { add_all(contender, count); });
 }
 
 template<typename Contender>
 double time_adding_and_removing(const std::vector<long long>& keys)
 {
   Contender contender;
-  return seconds([&] {
+  return wall_seconds([&] {
     add_all(contender, static_cast<std::int64_t>(keys.size()));
     for (const long long key : keys) {
       contender.remove(key);

@@ -5,6 +5,7 @@
 // "literal/ours" and "vtk/ours" are how many times as long they take for a view; "allocations" is how many
 // pieces of memory ours asks for in one. VTK's first view, for which it finds the neighbours of all cells,
 // does not count. Ours and the literal version are compared view by view, bit for bit. Needs no display.
+#include "BenchSupport.h"
 #include "CountedAllocations.h"
 #include "GSilhouetteMapper.h"
 #include "LiteralSilhouette.h"
@@ -24,9 +25,12 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <ctime>
 #include <functional>
+#include <numeric>
 #include <vector>
+
+using morrow_bench::median;
+using morrow_bench::processor_seconds;
 
 namespace {
 
@@ -46,17 +50,11 @@ vtkSmartPointer<vtkPolyData> triangles(std::int64_t count, const Surface& surfac
             static_cast<double>(i / (side + 1)) / static_cast<double>(side), point);
     points->InsertNextPoint(point);
   }
-  vtkNew<vtkCellArray> cells;
-  for (vtkIdType square = 0; square < side * side; ++square) {
-    const vtkIdType a = square / side * (side + 1) + square % side;
-    const vtkIdType lower[3] = {a, a + 1, a + side + 2};
-    const vtkIdType upper[3] = {a, a + side + 2, a + side + 1};
-    cells->InsertNextCell(3, lower);
-    cells->InsertNextCell(3, upper);
-  }
+  std::vector<vtkIdType> squares(static_cast<std::size_t>(side * side));
+  std::iota(squares.begin(), squares.end(), 0);
   auto data = vtkSmartPointer<vtkPolyData>::New();
   data->SetPoints(points);
-  data->SetPolys(cells);
+  data->SetPolys(morrow_bench::grid_triangles(side, squares));
   return data;
 }
 
@@ -102,22 +100,6 @@ private:
   vtkNew<vtkMatrix4x4> mMatrix;
 };
 
-/// Processor time: everything here runs on one thread, and other programs do not count.
-template<typename Call>
-double seconds(Call&& call)
-{
-  const std::clock_t start = std::clock();
-  call();
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-double median(std::vector<double> times)
-{
-  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-  std::nth_element(times.begin(), middle, times.end());
-  return *middle;
-}
-
 template<typename Call>
 double median_seconds(Journey& journey, Call&& call)
 {
@@ -125,7 +107,7 @@ double median_seconds(Journey& journey, Call&& call)
   std::vector<double> times;
   for (int i = 0; i < views; ++i) {
     journey.go_on();
-    times.push_back(seconds(call));
+    times.push_back(processor_seconds(call));
   }
   return median(times);
 }
@@ -169,7 +151,7 @@ void run(benchmark::State& state, vtkPolyData* data)
   for (auto _ : state) {
     journey.go_on();
     const std::uint64_t before = morrow_test::gAllocations;
-    const double time = seconds([&] { mapper->compute(journey.matrix(), data, edges); });
+    const double time = processor_seconds([&] { mapper->compute(journey.matrix(), data, edges); });
     allocations += morrow_test::gAllocations - before;
     state.SetIterationTime(time);
     times.push_back(time);

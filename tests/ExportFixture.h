@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "TemporaryFolder.h"
 #include "ViewFixture.h"
 
 #include <vtkActorCollection.h>
@@ -23,38 +24,8 @@
 #include <string>
 #include <vector>
 
-/// What the tests of exports share: a folder for the files, and what reads scene files back.
+/// What the tests of exports share: what reads scene files back.
 namespace morrow_test {
-
-/// A folder of the test's own, gone with its files at the end.
-class TemporaryFolder
-{
-public:
-  TemporaryFolder()
-  {
-    std::string pattern = (std::filesystem::temp_directory_path() / "export-test-XXXXXX").string();
-    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-    mPath = pattern;
-  }
-  ~TemporaryFolder()
-  {
-    std::error_code ignored;
-    std::filesystem::remove_all(mPath, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  [[nodiscard]] std::string file(const std::string& name) const { return mPath + "/" + name; }
-  [[nodiscard]] const std::string& path() const { return mPath; }
-  [[nodiscard]] int num_files() const
-  {
-    const std::filesystem::directory_iterator all(mPath);
-    return static_cast<int>(std::distance(begin(all), end(all)));
-  }
-
-private:
-  std::string mPath;
-};
 
 inline std::string read_text(const std::string& path)
 {

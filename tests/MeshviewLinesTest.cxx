@@ -108,11 +108,7 @@ TEST_F(MeshviewLinesTest, FaultyValuesHaveStatus2AndDrawNothing)
                                                         {"--wire", "unique", "--edges", "off"}};
   for (std::vector<std::string> arguments : faulty) {
     arguments.insert(arguments.begin(), {cube, "--image", mPicture});
-    const Outcome outcome = run(arguments);
-    EXPECT_EQ(outcome.status, 2) << ::testing::PrintToString(arguments) << ::testing::PrintToString(outcome);
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_NE(outcome.err, "");
-    EXPECT_FALSE(fs::exists(mPicture));
+    expect_faulty(arguments);
   }
 }
 

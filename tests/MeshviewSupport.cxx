@@ -303,20 +303,13 @@ double hue(Rgb pixel)
 
 // --- The tests' frame ------------------------------------------------------------------------------------
 
-void MeshviewTest::SetUp()
+void MeshviewTest::expect_faulty(const std::vector<std::string>& arguments) const
 {
-  RenderTest::SetUp();
-  std::string pattern = (fs::temp_directory_path() / "meshview-test-XXXXXX").string();
-  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-  mFolder = pattern;
-  mPicture = in_folder("picture.png");
-}
-
-void MeshviewTest::TearDown()
-{
-  if (!mFolder.empty()) {
-    fs::remove_all(mFolder);
-  }
+  const Outcome outcome = run(arguments);
+  EXPECT_EQ(outcome.status, 2) << ::testing::PrintToString(arguments) << ::testing::PrintToString(outcome);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_NE(outcome.err, "");
+  EXPECT_FALSE(fs::exists(mPicture));
 }
 
 std::string MeshviewTest::write_cube(const std::string& name) const

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "TemporaryFolder.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -116,10 +117,7 @@ std::string write_text(const std::string& path, const std::string& text);
 class MeshviewTest : public RenderTest
 {
 protected:
-  void SetUp() override;
-  void TearDown() override;
-
-  [[nodiscard]] std::string in_folder(const std::string& name) const { return mFolder + "/" + name; }
+  [[nodiscard]] std::string in_folder(const std::string& name) const { return mFolder.file(name); }
 
   /// The file of cube_sides().
   [[nodiscard]] std::string write_cube(const std::string& name = "cube.vtp") const;
@@ -127,11 +125,14 @@ protected:
   /// The picture of a run that must succeed; 200 x 200 pixels on white unless the arguments say otherwise.
   [[nodiscard]] Image draw(std::vector<std::string> arguments) const;
 
+  /// A faulty command line: status 2, something on standard error alone, and no picture.
+  void expect_faulty(const std::vector<std::string>& arguments) const;
+
   /// A file that cannot be shown: status 2, and one line that names the file and holds this text.
   void expect_refused(const std::string& path, const std::string& reason) const;
 
-  std::string mFolder;
-  std::string mPicture;
+  TemporaryFolder mFolder;
+  std::string mPicture = in_folder("picture.png");
 };
 
 /// Looks at the program's window from outside.

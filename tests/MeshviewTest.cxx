@@ -117,11 +117,7 @@ TEST_F(MeshviewTest, FaultyCommandLinesHaveStatus2AndDrawNothing)
     if (!arguments.empty()) {
       arguments.insert(arguments.end(), {"--image", mPicture});
     }
-    const Outcome outcome = run(arguments);
-    EXPECT_EQ(outcome.status, 2) << ::testing::PrintToString(arguments) << ::testing::PrintToString(outcome);
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_NE(outcome.err, "");
-    EXPECT_FALSE(fs::exists(mPicture));
+    expect_faulty(arguments);
   }
 }
 

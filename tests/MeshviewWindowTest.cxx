@@ -87,7 +87,7 @@ protected:
     mProcess =
         std::make_unique<Process>(std::vector<std::string>{cube, "--size", "200x200", "--background", "9",
                                                            "--color-by", "side", "--title", "Cube"},
-                                  false, false, mFolder);
+                                  false, false, mFolder.path());
     mWindow = wait_for_window("meshview - " + cube);
     ASSERT_NE(mWindow, 0U);
     // Keys that come before the program listens are lost.

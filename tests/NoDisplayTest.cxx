@@ -10,6 +10,7 @@
 #include "GView.h"
 #include "GViewRenderPass.h"
 #include "MRUtil.h"
+#include "TemporaryFolder.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -314,17 +315,14 @@ TEST_F(NoDisplayTest, ACameraMovesWhenNothingCanBeShown)
 
 TEST_F(NoDisplayTest, AViewWritesItsScene)
 {
-  char path[] = "/tmp/no-display-XXXXXX";
-  const int file = mkstemp(path);
-  ASSERT_NE(file, -1);
-  close(file);
+  const morrow_test::TemporaryFolder folder;
   GView view;
   view.add_props(some_actors(morrow_test::one_triangle(), 2));
   for (const auto type : {GView::VRML, GView::OOGL, GView::IV}) {
-    EXPECT_TRUE(view.write_model(path, type));
-    EXPECT_NE(std::filesystem::file_size(path), 0U);
+    const std::string path = folder.file(std::to_string(type));
+    EXPECT_TRUE(view.write_model(path.c_str(), type));
+    EXPECT_NE(std::filesystem::file_size(path), 0U) << type;
   }
-  std::filesystem::remove(path);
   EXPECT_NE(view.get_render_window()->GetNeverRendered(), 0);
 }
 

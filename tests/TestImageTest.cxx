@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TestImage.h"
+#include "TemporaryFolder.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest-spi.h>
@@ -424,11 +425,6 @@ protected:
     mImage.fill(5, 5, 20, 20, kRed);
     mImage.driver = kDriver;
   }
-  ~BaselineTest() override
-  {
-    std::error_code error;
-    fs::remove_all(mRoot, error);
-  }
 
   [[nodiscard]] morrow_test::BaselineResult compare_to_baseline(const Image& image) const
   {
@@ -436,10 +432,8 @@ protected:
   }
   [[nodiscard]] bool has_output(const char* name) const { return fs::exists(mOutput / name); }
 
-  // Named after the process as well: the same test may run in two builds at once.
-  fs::path mRoot =
-      fs::temp_directory_path() / ("picture_test_" + std::to_string(getpid()) + "_" +
-                                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
+  morrow_test::TemporaryFolder mFolder;
+  fs::path mRoot = mFolder.path();
   fs::path mBaselines = mRoot / "baselines";
   fs::path mOutput = mRoot / "output" / "deeper";
   fs::path mBaseline = mBaselines / "picture.png";

@@ -3,6 +3,7 @@
 #include "TestSupport.h"
 
 #include "MRUtil.h"
+#include "TemporaryFolder.h"
 
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
@@ -624,16 +625,12 @@ private:
 
 TEST(RealMeshLookUpTest, FindsAFileOfThePromisedFolder)
 {
-  const fs::path folder = fs::temp_directory_path() / ("real_mesh_look_up_" + std::to_string(getpid()));
-  fs::create_directories(folder);
-  std::ofstream(folder / "mesh.e") << "mesh";
-  {
-    const PromisedFolder promise(folder.c_str());
-    EXPECT_TRUE(morrow_test::real_meshes_promised());
-    EXPECT_EQ(morrow_test::real_mesh("mesh.e"), (folder / "mesh.e").string());
-    EXPECT_EQ(morrow_test::real_mesh("other.e"), "");
-  }
-  fs::remove_all(folder);
+  const morrow_test::TemporaryFolder folder;
+  std::ofstream(folder.file("mesh.e")) << "mesh";
+  const PromisedFolder promise(folder.path().c_str());
+  EXPECT_TRUE(morrow_test::real_meshes_promised());
+  EXPECT_EQ(morrow_test::real_mesh("mesh.e"), folder.file("mesh.e"));
+  EXPECT_EQ(morrow_test::real_mesh("other.e"), "");
 }
 
 void use_absent_mesh()

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <vtkCellArray.h>
+#include <vtkNew.h>
+#include <vtkSmartPointer.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <ctime>
+#include <vector>
+
+/// What benchmarks share.
+namespace morrow_bench {
+
+/// How long the call takes by the clock on the wall, in seconds.
+template<typename Call>
+double wall_seconds(Call&& call)
+{
+  const auto start = std::chrono::steady_clock::now();
+  call();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// The processor time of the call in seconds: what runs on one thread is not slowed by other programs.
+template<typename Call>
+double processor_seconds(Call&& call)
+{
+  const std::clock_t start = std::clock();
+  call();
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+/// Of an even number of times the larger of the two in the middle. There must be one at least.
+inline double median(std::vector<double> times)
+{
+  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+  std::nth_element(times.begin(), middle, times.end());
+  return *middle;
+}
+
+/// Two triangles for each of these squares of a grid of side x side, whose (side + 1) x (side + 1) points are
+/// numbered row by row.
+inline vtkSmartPointer<vtkCellArray> grid_triangles(vtkIdType side, const std::vector<vtkIdType>& squares)
+{
+  auto cells = vtkSmartPointer<vtkCellArray>::New();
+  for (const vtkIdType square : squares) {
+    const vtkIdType a = square / side * (side + 1) + square % side;
+    const vtkIdType lower[3] = {a, a + 1, a + side + 2};
+    const vtkIdType upper[3] = {a, a + side + 2, a + side + 1};
+    cells->InsertNextCell(3, lower);
+    cells->InsertNextCell(3, upper);
+  }
+  return cells;
+}
+
+} // namespace morrow_bench
