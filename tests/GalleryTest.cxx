@@ -55,9 +55,10 @@ Names find_all(const std::string& text, const std::string& pattern)
   return found;
 }
 
-/// A model draws its parts in the order of their addresses, which changes from run to run. Where two parts
-/// have the same depth, at their common edges, a few pixels are of the one or the other.
-constexpr int kUndecidedPixels = 4;
+/// The same driver rounds a depth otherwise on another processor, and a model may draw its parts in another
+/// order. Where two things have the same depth, at common edges of parts or along an edge seen from its end,
+/// some pixels, a dash of a line or two, are of the one or the other: at most one pixel in a thousand.
+constexpr int kUndecidedPixels = 640 * 480 / 1000;
 
 void expect_same(const Image& picture, const Image& expected, const std::string& name)
 {
