@@ -3,9 +3,12 @@
 #pragma once
 
 #include <string> // returned by value
+#include <vector> // filled for the caller
 
 #include "morrow_base_export.h"
 
+class GDataGroupEntity;
+class vtkDataSet;
 class vtkInformationIntegerKey;
 
 /// Enumerations, messages and process-wide switches shared by the whole library.
@@ -178,5 +181,47 @@ MORROW_BASE_EXPORT void set_graphics_status(GraphicsStatus s);
 /// GView::set_preferred_window_size. Asks the windowing system: a display must be reachable, or VTK ends the
 /// process.
 MORROW_BASE_EXPORT void setup_preferred_window_size();
+
+// ---------------------------------------------------------------------------------------------------------
+// Back-pointers from data sets to the host's entities
+
+/// Ties a data set to the entity that it shows, replaces the entity, or with a null entity ends the tie. A
+/// null data set does nothing.
+///
+/// The entity's address is the one value of a vtkTypeUInt64Array named "BackPointer" in the data set's field
+/// data. An array of that name and another type is replaced, but left alone by a null entity. The library
+/// does not own the entity: end the tie, or let the data set go, before the entity dies.
+///
+/// The array travels with the data set. A shallow copy shares it: what is set for one is set for both, and
+/// when one of the two ties is ended the other data set has none either. A deep copy has an array of its own.
+///
+/// The library holds a reference on each array that it has made until the tie is ended, on whatever data set;
+/// a data set that goes before that leaves its array, some hundred bytes, behind.
+MORROW_BASE_EXPORT void set_back_pointer(vtkDataSet* data_set, GDataGroupEntity* entity);
+
+/// The entity that the data set is tied to; null for none, and for a null data set. It is the address that
+/// was set: whether the entity still lives is for the host to know.
+[[nodiscard]] MORROW_BASE_EXPORT GDataGroupEntity* get_back_pointer(vtkDataSet* data_set);
+
+// ---------------------------------------------------------------------------------------------------------
+// Polygons
+
+/// Splits a planar polygon into triangles. The polygon may be concave, cross itself, and run either way
+/// round; what an odd number of windings surrounds is inside.
+///
+/// @param count      number of points; 0 or less is an empty polygon, and so is a null points
+/// @param points     count points in the order of the ring: x, y, z. The last is joined with the first.
+/// @param triangles  replaced by three indices of points for each triangle
+/// @param edges      replaced by two indices, start and end, for each side of a triangle that bounds the
+///                   polygon
+/// @param coords     replaced by x, y, z of each point that an index may name: first the count points given,
+///                   then those where the ring crosses or touches itself. points may lie in it.
+///
+/// Each crossing is a point, so that the work grows with the square of the number of points when all sides
+/// cross each other. A coordinate that is not finite or beyond 1e150 in size gives the error message
+/// "Tesselation Error: ..." and no triangles; errors of the tessellator are messages as well, and the vectors
+/// then hold what it has delivered. std::bad_alloc passes on to the caller.
+MORROW_BASE_EXPORT void triangulate_polygon(int count, double points[][3], std::vector<int>& triangles,
+                                            std::vector<int>& edges, std::vector<double>& coords);
 
 } // namespace MRUtil

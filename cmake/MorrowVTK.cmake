@@ -52,3 +52,6 @@ if(MORROW_BUILD_EXAMPLES
 endif()
 find_package(VTK 9.1 REQUIRED COMPONENTS ${morrow_vtk_wanted})
 find_package(OpenGL REQUIRED COMPONENTS OpenGL)
+if(NOT OPENGL_GLU_FOUND)
+  message(FATAL_ERROR "The GLU library is missing (Debian: libglu1-mesa-dev)")
+endif()

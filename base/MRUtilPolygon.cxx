@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+
+// The polygons of MRUtil.
+#include "MRUtil.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <utility>
+
+#include <GL/glu.h>
+
+namespace {
+
+/// What GLU's callbacks fill. They are called from C, which no exception may cross: the first one waits here,
+/// and nothing is collected after it.
+struct Tessellation
+{
+  std::vector<int>& triangles;
+  std::vector<int>& edges;
+  std::vector<double>& coords;
+  bool edge_need_close = false; // an edge has its start in edges and waits for its end
+  bool edge_flag_state = false; // whether the edge that starts at the next vertex bounds the polygon
+  std::vector<GLenum> errors;
+  std::exception_ptr exception;
+
+  void add_vertex(int index);
+  [[nodiscard]] int add_point(const double* point);
+};
+
+// Null except during a call. Only callbacks run in it, never code of the host.
+Tessellation* gTessellation = nullptr;
+
+class CurrentTessellation
+{
+public:
+  explicit CurrentTessellation(Tessellation& tessellation) { gTessellation = &tessellation; }
+  ~CurrentTessellation() { gTessellation = nullptr; }
+  CurrentTessellation(const CurrentTessellation&) = delete;
+  CurrentTessellation& operator=(const CurrentTessellation&) = delete;
+};
+
+// ---------------------------------------------------------------------------------------------------------
+// Collecting. With an edge-flag callback GLU delivers plain triangles, three vertices each.
+
+void Tessellation::add_vertex(int index)
+{
+  triangles.push_back(index);
+  if (edge_need_close) {
+    edges.push_back(index);
+  }
+  edge_need_close = false;
+  if (!edge_flag_state) {
+    return;
+  }
+  edges.push_back(index);
+  if (triangles.size() % 3 != 0) {
+    edge_need_close = true;
+  } else {
+    edges.push_back(triangles[triangles.size() - 3]); // from the last corner back to the first
+  }
+}
+
+int Tessellation::add_point(const double* point)
+{
+  const std::size_t index = coords.size() / 3;
+  coords.insert(coords.end(), point, point + 3);
+  return static_cast<int>(index);
+}
+
+template<typename Call>
+void collect(Call&& call)
+{
+  if (gTessellation->exception != nullptr) {
+    return;
+  }
+  try {
+    call(*gTessellation);
+  } catch (...) {
+    gTessellation->exception = std::current_exception();
+  }
+}
+
+// An index travels through GLU as a pointer that is never followed.
+void* to_vertex_data(int index)
+{
+  return reinterpret_cast<void*>(static_cast<std::intptr_t>(index));
+}
+
+int to_index(void* vertex_data)
+{
+  return static_cast<int>(reinterpret_cast<std::intptr_t>(vertex_data));
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Callbacks
+
+void tess_begin(GLenum /*type*/) {}
+
+void tess_end() {}
+
+void tess_vertex(void* vertex_data)
+{
+  collect([=](Tessellation& tessellation) { tessellation.add_vertex(to_index(vertex_data)); });
+}
+
+// GLU takes null as "no vertex made", and ends: so a point that could not be kept gets the index of another.
+void tess_combine(double coords[3], void* /*vertex_data*/[4], float /*weights*/[4], void** out_data)
+{
+  *out_data = to_vertex_data(1);
+  collect([=](Tessellation& tessellation) { *out_data = to_vertex_data(tessellation.add_point(coords)); });
+}
+
+void tess_edge_flag(GLboolean flag)
+{
+  gTessellation->edge_flag_state = flag != 0;
+}
+
+void tess_error(GLenum error)
+{
+  collect([=](Tessellation& tessellation) { tessellation.errors.push_back(error); });
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Steps
+
+struct DeleteTessellator
+{
+  void operator()(GLUtesselator* tessellator) const { gluDeleteTess(tessellator); }
+};
+using Tessellator = std::unique_ptr<GLUtesselator, DeleteTessellator>;
+
+template<typename Callback>
+void register_callback(GLUtesselator* tessellator, GLenum which, Callback* callback)
+{
+  gluTessCallback(tessellator, which, reinterpret_cast<_GLUfuncptr>(callback));
+}
+
+Tessellator make_tessellator()
+{
+  Tessellator tessellator(gluNewTess());
+  if (tessellator == nullptr) {
+    throw std::bad_alloc();
+  }
+  register_callback(tessellator.get(), GLU_TESS_BEGIN, tess_begin);
+  register_callback(tessellator.get(), GLU_TESS_END, tess_end);
+  register_callback(tessellator.get(), GLU_TESS_VERTEX, tess_vertex);
+  register_callback(tessellator.get(), GLU_TESS_COMBINE, tess_combine);
+  register_callback(tessellator.get(), GLU_TESS_EDGE_FLAG, tess_edge_flag);
+  register_callback(tessellator.get(), GLU_TESS_ERROR, tess_error);
+  return tessellator;
+}
+
+// The default winding rule (odd), and no normal: GLU finds it.
+void tessellate_ring(GLUtesselator* tessellator, const std::vector<double>& ring)
+{
+  gluTessBeginPolygon(tessellator, nullptr);
+  gluTessBeginContour(tessellator);
+  const int count = static_cast<int>(ring.size() / 3);
+  for (int i = 0; i < count; ++i) {
+    double point[3];
+    std::copy_n(ring.begin() + std::ptrdiff_t{3} * i, 3, point);
+    gluTessVertex(tessellator, point, to_vertex_data(i));
+  }
+  gluTessEndContour(tessellator);
+  gluTessEndPolygon(tessellator);
+}
+
+void close_pending_edge(Tessellation& tessellation)
+{
+  const std::vector<int>& triangles = tessellation.triangles;
+  if (tessellation.edge_need_close && triangles.size() >= 3) {
+    tessellation.edges.push_back(triangles[triangles.size() - 3]);
+  }
+}
+
+void print_tessellation_error(const char* text)
+{
+  MRUtil::print_error("Tesselation Error: %s\n", text);
+}
+
+const char* text_of(GLenum error)
+{
+  return reinterpret_cast<const char*>(gluErrorString(error));
+}
+
+// What the tessellator must not see; null for a good ring. It crashes on NaN.
+const char* error_in(const std::vector<double>& ring)
+{
+  const auto is_finite = [](double coordinate) { return std::isfinite(coordinate); };
+  if (!std::all_of(ring.begin(), ring.end(), is_finite)) {
+    return "a coordinate is not finite";
+  }
+  const auto is_too_large = [](double coordinate) { return std::abs(coordinate) > GLU_TESS_MAX_COORD; };
+  return std::any_of(ring.begin(), ring.end(), is_too_large) ? text_of(GLU_TESS_COORD_TOO_LARGE) : nullptr;
+}
+
+} // namespace
+
+void MRUtil::triangulate_polygon(int count, double points[][3], std::vector<int>& triangles,
+                                 std::vector<int>& edges, std::vector<double>& coords)
+{
+  std::vector<double> ring;
+  if (count > 0 && points != nullptr) {
+    ring.assign(points[0], points[0] + 3 * static_cast<std::size_t>(count));
+  }
+  triangles.clear();
+  edges.clear();
+  coords = ring;
+  if (const char* error = error_in(ring)) {
+    print_tessellation_error(error);
+    return;
+  }
+  Tessellation tessellation{triangles, edges, coords};
+  {
+    const Tessellator tessellator = make_tessellator();
+    const CurrentTessellation current(tessellation);
+    tessellate_ring(tessellator.get(), ring);
+  }
+  if (tessellation.exception != nullptr) {
+    std::rethrow_exception(tessellation.exception);
+  }
+  close_pending_edge(tessellation);
+  for (const GLenum error : tessellation.errors) {
+    print_tessellation_error(text_of(error));
+  }
+}
