@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include <GL/glu.h>
@@ -25,8 +26,8 @@ struct Tessellation
   std::vector<double>& coords;
   bool edge_need_close = false; // an edge has its start in edges and waits for its end
   bool edge_flag_state = false; // whether the edge that starts at the next vertex bounds the polygon
-  std::vector<GLenum> errors;
-  std::exception_ptr exception;
+  std::vector<GLenum> errors = {};
+  std::exception_ptr exception = nullptr;
 
   void add_vertex(int index);
   [[nodiscard]] int add_point(const double* point);
