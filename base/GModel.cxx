@@ -133,8 +133,13 @@ bool GModel::has_view(GView* view) const
 // A view that was destroyed without leaving its models is noticed here, before anything is asked of it.
 void GModel::drop_dead_views()
 {
-  for (auto it = mViews.begin(); it != mViews.end();) {
-    it = *it->second.handle == nullptr ? mViews.erase(it) : std::next(it);
+  for (auto it = mHandles.begin(); it != mHandles.end();) {
+    if (*it->second != nullptr) {
+      ++it;
+      continue;
+    }
+    mViews.erase(it->first);
+    it = mHandles.erase(it);
   }
 }
 
@@ -144,10 +149,16 @@ std::vector<GView*> GModel::connected_views()
   this->drop_dead_views();
   std::vector<GView*> views;
   views.reserve(mViews.size());
-  for (const auto& [view, connected] : mViews) {
+  for (const auto& [view, parts] : mViews) {
     views.push_back(view);
   }
   return views;
+}
+
+GModel::ViewProps& GModel::view_props()
+{
+  this->drop_dead_views();
+  return mViews;
 }
 
 void GModel::add_view(GView* view)
@@ -156,7 +167,8 @@ void GModel::add_view(GView* view)
   if (view == nullptr || this->has_view(view)) {
     return;
   }
-  mViews.emplace(view, ConnectedView{view->handle(), {}});
+  mHandles.emplace(view, view->handle());
+  mViews.emplace(view, PartProps());
   if (!mHooked) {
     return;
   }
@@ -200,7 +212,7 @@ bool GModel::make_and_show(vtkDataObject* data, GView* view)
   this->drop_dead_views();
   const auto part = mParts.find(data);
   const auto connected = mViews.find(view);
-  if (part == mParts.end() || connected == mViews.end() || connected->second.props.count(data) != 0) {
+  if (part == mParts.end() || connected == mViews.end() || connected->second.count(data) != 0) {
     return true;
   }
   const std::shared_ptr<bool> alive = mIsAlive;
@@ -215,7 +227,7 @@ bool GModel::make_and_show(vtkDataObject* data, GView* view)
   if (mParts.count(data) == 0 || still_connected == mViews.end()) {
     return true;
   }
-  const auto [kept, is_new] = still_connected->second.props.emplace(data, std::move(props));
+  const auto [kept, is_new] = still_connected->second.emplace(data, std::move(props));
   if (is_new && mHooked) {
     view->add_props(kept->second);
   }
@@ -229,8 +241,9 @@ void GModel::remove_view(GView* view)
   if (connected == mViews.end()) {
     return;
   }
-  const ConnectedView leaving = std::move(connected->second);
+  const PartProps leaving = std::move(connected->second);
   mViews.erase(connected);
+  mHandles.erase(view);
   if (mHooked) {
     view->remove_props(all_props(leaving));
     view->remove_props({mLabelActor});
@@ -245,16 +258,16 @@ void GModel::for_each_view(Call&& call)
   const std::shared_ptr<bool> alive = mIsAlive;
   for (GView* view : this->connected_views()) {
     const auto connected = *alive ? mViews.find(view) : mViews.end();
-    if (*alive && connected != mViews.end() && *connected->second.handle != nullptr) {
+    if (*alive && connected != mViews.end() && *mHandles.at(view) != nullptr) {
       call(*view, all_props(connected->second));
     }
   }
 }
 
-GModel::PropVector GModel::all_props(const ConnectedView& view)
+GModel::PropVector GModel::all_props(const PartProps& parts)
 {
   PropVector all;
-  for (const auto& [data, props] : view.props) {
+  for (const auto& [data, props] : parts) {
     all.insert(all.end(), props.begin(), props.end());
   }
   return all;
@@ -339,12 +352,12 @@ void GModel::let_go(vtkDataObject* data, GView* view)
   if (connected == mViews.end()) {
     return;
   }
-  const auto shown = connected->second.props.find(data);
-  if (shown == connected->second.props.end()) {
+  const auto shown = connected->second.find(data);
+  if (shown == connected->second.end()) {
     return;
   }
   const PropVector props = std::move(shown->second);
-  connected->second.props.erase(shown);
+  connected->second.erase(shown);
   if (mHooked) {
     view->remove_props(props);
   }

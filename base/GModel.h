@@ -14,6 +14,7 @@
 #include <vtkSmartPointer.h> // the props of a part, members
 
 class BrantVector;
+class GDataGroup;
 class GLabelMapper;
 class GModelSet;
 class GView;
@@ -140,6 +141,19 @@ public:
   /// The font size in units of 12 pixels; 1 while there is no model.
   [[nodiscard]] static double get_font_size_factor();
 
+  // ---- Data groups
+
+  /// The props of each part in each view.
+  using ViewProps = std::map<GView*, std::map<vtkDataObject*, std::vector<vtkSmartPointer<vtkProp>>>>;
+
+  /// Sets an attribute of one kind of drawing, in all groups of a chain and in all views: calls apply with
+  /// the props that views has for data set number index of each group, group by group in the order of the
+  /// chain. views is view_props() of the model that shows the groups; apply may change its parts, but must
+  /// not destroy it. Groups without a data set of that number are passed over; a null group does nothing. An
+  /// empty apply throws std::bad_function_call when it is first needed; exceptions pass on at once.
+  static void set_datagroup_attributes(GDataGroup* group, int index, ViewProps& views,
+                                       std::function<void(std::vector<vtkSmartPointer<vtkProp>>&)> apply);
+
   // ---- Mappers for prop functions
 
   /// A mapper that draws data: a MyCompositePolyDataMapper for a vtkMultiBlockDataSet, else a
@@ -184,17 +198,18 @@ public:
   static void SetStippleShaderUniform(vtkObject* caller, unsigned long event, void* client_data,
                                       void* call_data);
 
+protected:
+  /// The props of this model's parts in each connected view, for GDataGroup::update_all() and
+  /// set_datagroup_attributes(). The model owns it, and changes it as views and parts come and go; add and
+  /// remove them through the model only.
+  [[nodiscard]] ViewProps& view_props();
+
 private:
   friend class GModelSet;
 
   using PropVector = std::vector<vtkSmartPointer<vtkProp>>;
 
-  struct ConnectedView
-  {
-    std::shared_ptr<GView* const> handle; // says whether the view still lives
-    std::map<vtkDataObject*, PropVector> props;
-  };
-  using Views = std::map<GView*, ConnectedView>;
+  using PartProps = std::map<vtkDataObject*, PropVector>;
 
   static void count_instance();
   static void discount_instance();
@@ -205,7 +220,7 @@ private:
   void drop_dead_views();
   bool make_and_show(vtkDataObject* data, GView* view);
   bool make_and_show_all(GView* view);
-  static PropVector all_props(const ConnectedView& view);
+  static PropVector all_props(const PartProps& parts);
   template<typename Call>
   void for_each_view(Call&& call);
   void let_go(vtkDataObject* data, GView* view);
@@ -213,7 +228,8 @@ private:
   void show_props();
   void remove_all_parts();
 
-  Views mViews;
+  ViewProps mViews;
+  std::map<GView*, std::shared_ptr<GView* const>> mHandles; // of the same views: whether each still lives
   std::map<vtkDataObject*, PartPropFunction> mParts;
   vtkSmartPointer<vtkActor2D> mLabelActor;
   vtkSmartPointer<GLabelMapper> mLabelMapper;
