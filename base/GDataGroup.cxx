@@ -78,7 +78,7 @@ private:
   GDataGroup* mNext; // while there is no current one
 };
 
-GDataGroup::GDataGroup() : mChain(std::make_shared<Chain>(this)) {}
+GDataGroup::GDataGroup() : mOwnChain(std::make_shared<Chain>(this)), mChain(mOwnChain) {}
 
 GDataGroup::~GDataGroup()
 {
@@ -92,17 +92,21 @@ GDataGroup::~GDataGroup()
   this->leave_chain();
 }
 
-// The group is then no longer reached from any other.
+// The group is then alone in a chain of its own again.
 void GDataGroup::leave_chain()
 {
   Cursor::step_off(*this);
-  if (mChain->room == this) {
-    mChain->room = mPrevious != nullptr ? mPrevious : mNext;
+  if (mPrevious == nullptr) {
+    return; // a head that is being destroyed; all others have gone
   }
-  (mPrevious != nullptr ? mPrevious->mNext : mChain->first) = mNext;
+  if (mChain->room == this) {
+    mChain->room = mPrevious;
+  }
+  mPrevious->mNext = mNext;
   (mNext != nullptr ? mNext->mPrevious : mChain->last) = mPrevious;
   mPrevious = nullptr;
   mNext = nullptr;
+  mChain = mOwnChain;
 }
 
 bool GDataGroup::is_reached_from(const GDataGroup& start) const

@@ -127,8 +127,9 @@ private:
   std::uint32_t mNumberPerGroup = 400;
   GDataGroup* mNext = nullptr; // owned
   GDataGroup* mPrevious = nullptr;
-  std::shared_ptr<Chain> mChain; // never null
-  std::uint64_t mPosition = 0;   // in the chain: ascending, with gaps where groups have gone
+  const std::shared_ptr<Chain> mOwnChain; // while it is a head, or alone
+  std::shared_ptr<Chain> mChain;          // the one it is in
+  std::uint64_t mPosition = 0;            // in the chain: ascending, with gaps where groups have gone
   bool mModified = false;
   DataSets mDataSets;
 };
