@@ -10,11 +10,7 @@
 #include <new>
 #include <type_traits>
 
-#ifdef __linux__
-#include <sys/mman.h>
-
-#include <cstdint>
-#endif
+#include "LargePages.h"
 
 namespace morrow {
 
@@ -92,24 +88,8 @@ private:
     static_cast<void>(mData.release());
     mData.reset(static_cast<T*>(data));
     mCapacity = capacity;
-    this->advise();
+    advise_large_pages(data, capacity * sizeof(T));
     return true;
-  }
-
-  /// Asks for large pages: half the time of filling a fresh buffer goes into getting its small ones one by
-  /// one.
-  void advise() noexcept
-  {
-#ifdef __linux__
-    constexpr std::uintptr_t page = 4096;
-    constexpr std::size_t worthwhile = std::size_t{4} << 20;
-    if (mCapacity * sizeof(T) >= worthwhile) {
-      auto* begin = reinterpret_cast<char*>(mData.get());
-      const std::size_t skipped = (page - reinterpret_cast<std::uintptr_t>(begin) % page) % page;
-      const std::size_t size = mCapacity * sizeof(T) - skipped;
-      madvise(begin + skipped, size - size % page, MADV_HUGEPAGE);
-    }
-#endif
   }
 
   std::unique_ptr<T, Free> mData;

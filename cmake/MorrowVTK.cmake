@@ -13,6 +13,7 @@ set(MORROW_VTK_COMPONENTS
     CommonMath
     CommonSystem
     CommonTransforms
+    FiltersCore
     FiltersGeneral
     FiltersGeometry
     FiltersSources
@@ -32,7 +33,6 @@ set(MORROW_VTK_FACTORIES InteractionStyle RenderingFreeType RenderingOpenGL2 Ren
 
 # What only the examples, the tests and the benchmarks use.
 set(MORROW_VTK_EXTRA_COMPONENTS
-    FiltersCore
     FiltersExtraction
     FiltersHybrid
     IOExodus

@@ -1,0 +1,279 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "GrowingPolyData.h"
+
+#include <algorithm>
+
+#include "BrantColor.h"
+#include "BrantVector.h"
+
+#include <vtkCellArray.h>
+#include <vtkCellData.h>
+#include <vtkCellType.h>
+#include <vtkFloatArray.h>
+#include <vtkIdList.h>
+#include <vtkNew.h>
+#include <vtkPointData.h>
+#include <vtkPoints.h>
+#include <vtkPolyDataInternals.h>
+
+namespace morrow {
+
+namespace {
+
+constexpr int NumChannels = 4;
+
+vtkSmartPointer<vtkPoints> make_points()
+{
+  auto points = Stamped<vtkPoints>::make();
+  points->SetData(GrowingArray<vtkFloatArray>::make(3));
+  return points;
+}
+
+vtkSmartPointer<vtkCellArray> make_cells()
+{
+  auto cells = Stamped<vtkCellArray>::make();
+  const auto offsets = GrowingArray<vtkTypeInt64Array>::make(1);
+  offsets->push(0);
+  cells->SetData(offsets.Get(), GrowingArray<vtkTypeInt64Array>::make(1).Get());
+  return cells;
+}
+
+template<typename T>
+void mark(T* own, vtkObject& any, const vtkTimeStamp& now)
+{
+  if (own != nullptr) {
+    own->stamp(now);
+  } else {
+    any.Modified();
+  }
+}
+
+} // namespace
+
+// No type macro, deliberately: the class is seen as vtkPolyData, and vtkPolyData are made from it.
+vtkSmartPointer<GrowingPolyData> GrowingPolyData::make(ColourBinding binding)
+{
+  auto* data = new GrowingPolyData(binding);
+  data->InitializeObjectBase();
+  return vtkSmartPointer<GrowingPolyData>::Take(data);
+}
+
+GrowingPolyData::GrowingPolyData(ColourBinding binding) : mBinding(binding)
+{
+  this->Allocate(1, 100);
+  this->SetVerts(make_cells());
+  this->SetLines(make_cells());
+  this->SetPolys(make_cells());
+  this->SetStrips(make_cells());
+  this->find_points();
+  this->find_colours();
+}
+
+GrowingPolyData::~GrowingPolyData() = default;
+
+void GrowingPolyData::set_sharer(vtkPolyData* data)
+{
+  mSharer = data;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Arrays
+
+vtkIdType GrowingPolyData::begin(int cell_type)
+{
+  mCellType = cell_type;
+  if (this->Points == nullptr || this->Points != mPoints || mPoints->GetData() != mCoordinates) {
+    this->find_points();
+  }
+  this->find_cells();
+  if (this->coloured()->vtkObject::GetMTime() != mColouredTime) {
+    this->find_colours();
+  }
+  return mCoordinates != nullptr ? mCoordinates->num_values() / 3 : mPoints->GetNumberOfPoints();
+}
+
+void GrowingPolyData::find_points()
+{
+  if (this->Points == nullptr) {
+    this->SetPoints(make_points());
+  }
+  mPoints = this->Points;
+  mOwnPoints = dynamic_cast<Stamped<vtkPoints>*>(mPoints.Get());
+  mCoordinates = dynamic_cast<GrowingArray<vtkFloatArray>*>(mPoints->GetData());
+}
+
+void GrowingPolyData::find_cells()
+{
+  vtkSmartPointer<vtkCellArray>& cells = this->cell_array();
+  if (cells == nullptr) {
+    cells = make_cells();
+    this->Cells = nullptr;
+  }
+  if (this->Cells == nullptr) {
+    this->BuildCells();
+  }
+  const bool is_wide = cells->IsStorage64Bit();
+  vtkTypeInt64Array* ids = is_wide ? cells->GetConnectivityArray64() : nullptr;
+  vtkTypeInt64Array* offsets = is_wide ? cells->GetOffsetsArray64() : nullptr;
+  if (cells != mTarget.cells || ids != mTarget.ids || offsets != mTarget.offsets) {
+    mTarget.cells = cells;
+    mTarget.own = dynamic_cast<Stamped<vtkCellArray>*>(cells.Get());
+    mTarget.ids = dynamic_cast<Ids*>(ids);
+    mTarget.offsets = dynamic_cast<Ids*>(offsets);
+  }
+}
+
+vtkSmartPointer<vtkCellArray>& GrowingPolyData::cell_array()
+{
+  switch (mCellType) {
+  case VTK_VERTEX:
+  case VTK_POLY_VERTEX:
+    return this->Verts;
+  case VTK_LINE:
+  case VTK_POLY_LINE:
+    return this->Lines;
+  case VTK_TRIANGLE_STRIP:
+    return this->Strips;
+  default:
+    return this->Polys;
+  }
+}
+
+vtkDataSetAttributes* GrowingPolyData::coloured()
+{
+  return mBinding == ColourBinding::Cells ? static_cast<vtkDataSetAttributes*>(this->CellData)
+                                          : static_cast<vtkDataSetAttributes*>(this->PointData);
+}
+
+void GrowingPolyData::find_colours()
+{
+  vtkDataSetAttributes* attributes = this->coloured();
+  mColours = dynamic_cast<GrowingArray<vtkUnsignedCharArray>*>(attributes->GetAbstractArray("Color"));
+  if (mColours == nullptr || mColours->GetNumberOfComponents() != NumChannels) {
+    this->make_colours();
+  }
+  mColouredTime = attributes->vtkObject::GetMTime();
+}
+
+// What is there keeps its colours; where it has none, those of what was given none.
+void GrowingPolyData::make_colours()
+{
+  vtkDataSetAttributes* attributes = this->coloured();
+  const vtkSmartPointer<vtkDataArray> before = attributes->GetArray("Color");
+  mColours = GrowingArray<vtkUnsignedCharArray>::make(NumChannels);
+  mColours->SetName("Color");
+  if (before != nullptr && before->GetNumberOfComponents() == NumChannels) {
+    mColours->DeepCopy(before);
+  } else {
+    const bool by_cells = mBinding == ColourBinding::Cells;
+    this->append_colours(BRANT_DEFAULT_COLOR,
+                         by_cells ? this->GetNumberOfCells() : this->GetNumberOfPoints());
+  }
+  attributes->SetScalars(mColours);
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Appending
+
+void GrowingPolyData::append_points(const BrantVector* points, vtkIdType count)
+{
+  if (mCoordinates == nullptr) {
+    std::for_each(points, points + count,
+                  [this](const BrantVector& point) { mPoints->InsertNextPoint(point.data()); });
+    return;
+  }
+  float* to = mCoordinates->extend(3 * count);
+  for (vtkIdType i = 0; i < count; ++i) {
+    *to++ = static_cast<float>(points[i].x());
+    *to++ = static_cast<float>(points[i].y());
+    *to++ = static_cast<float>(points[i].z());
+  }
+}
+
+template<typename IdOf>
+void GrowingPolyData::append_cell_of(vtkIdType count, IdOf&& id_of)
+{
+  if (mTarget.ids == nullptr || mTarget.offsets == nullptr) {
+    const vtkNew<vtkIdList> list;
+    for (vtkIdType i = 0; i < count; ++i) {
+      list->InsertNextId(id_of(i));
+    }
+    this->InsertNextCell(mCellType, list);
+    return;
+  }
+  vtkTypeInt64* to = mTarget.ids->extend(count);
+  for (vtkIdType i = 0; i < count; ++i) {
+    to[i] = id_of(i);
+  }
+  mTarget.offsets->push(mTarget.ids->num_values());
+  this->Cells->InsertNextCell(mTarget.offsets->num_values() - 2, static_cast<VTKCellType>(mCellType));
+}
+
+void GrowingPolyData::append_cell(vtkIdType first, const int* ids, vtkIdType count)
+{
+  this->append_cell_of(count, [=](vtkIdType i) { return first + ids[i]; });
+}
+
+void GrowingPolyData::append_cell(vtkIdType first, const vtkIdType* ids, vtkIdType count)
+{
+  this->append_cell_of(count, [=](vtkIdType i) { return first + ids[i]; });
+}
+
+void GrowingPolyData::append_sequence(vtkIdType first, vtkIdType count)
+{
+  this->append_cell_of(count, [=](vtkIdType i) { return first + i; });
+}
+
+void GrowingPolyData::append_vertices(vtkIdType first, vtkIdType count)
+{
+  for (vtkIdType i = first; i < first + count; ++i) {
+    this->append_sequence(i, 1);
+  }
+}
+
+void GrowingPolyData::append_colours(const BrantColor& colour, vtkIdType count)
+{
+  unsigned char* to = mColours->extend(NumChannels * count);
+  for (vtkIdType i = 0; i < count; ++i) {
+    *to++ = colour.red();
+    *to++ = colour.green();
+    *to++ = colour.blue();
+    *to++ = colour.alpha();
+  }
+}
+
+// One time for all: taking it is what Modified() spends most on.
+void GrowingPolyData::mark_modified()
+{
+  if (mSharer != nullptr && !mSharer->NeedToBuildCells()) {
+    mSharer->DeleteCells();
+  }
+  vtkTimeStamp now;
+  now.Modified();
+  mark(mTarget.own, *mTarget.cells, now);
+  mColours->stamp(now);
+  if (mOwnPoints != nullptr && mCoordinates != nullptr) {
+    mCoordinates->stamp(now);
+    mOwnPoints->stamp(now);
+  } else {
+    mPoints->Modified();
+  }
+  if (this->SubjectHelper == nullptr) {
+    this->MTime = now;
+  } else {
+    this->Modified();
+  }
+}
+
+void GrowingPolyData::mark_all_modified()
+{
+  for (vtkCellArray* cells : {this->Verts.Get(), this->Lines.Get(), this->Polys.Get(), this->Strips.Get()}) {
+    if (cells != nullptr) {
+      cells->Modified();
+    }
+  }
+  this->mark_modified();
+}
+
+} // namespace morrow

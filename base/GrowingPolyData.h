@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "GrowingArray.h" // members
+
+#include <vtkPolyData.h>          // superclass
+#include <vtkSmartPointer.h>      // members
+#include <vtkTypeInt64Array.h>    // member
+#include <vtkUnsignedCharArray.h> // member
+#include <vtkWeakPointer.h>       // member
+
+class BrantColor;
+class BrantVector;
+class vtkCellArray;
+class vtkDataSetAttributes;
+class vtkFloatArray;
+class vtkPoints;
+
+namespace morrow {
+
+/// Whose colour it is.
+enum class ColourBinding
+{
+  Cells,
+  Points
+};
+
+/// Polygon data that grows by single cells at the speed of memory: it writes into its arrays, where VTK's own
+/// operations check and look up each time. What they would have made of it is the same, the type of each cell
+/// included, and to everybody else it is a vtkPolyData, by its class name too.
+///
+/// It has points and an array "Color" of 4 unsigned chars as the scalars of its cells or points. Should the
+/// host replace its arrays, it goes on with what is there, through VTK's operations where it must, and makes
+/// what is missing.
+///
+/// A change is one begin(), appends, and one mark_modified(). Nothing is checked: points must be there before
+/// cells name them, and there must be a colour for each cell (point).
+class GrowingPolyData : public vtkPolyData
+{
+public:
+  [[nodiscard]] static vtkSmartPointer<GrowingPolyData> make(ColourBinding binding);
+  GrowingPolyData(const GrowingPolyData&) = delete;
+  GrowingPolyData& operator=(const GrowingPolyData&) = delete;
+
+  /// Somebody shares cell arrays with this, as the output of a filter that passes them on. What it has made
+  /// for access to its cells by number is dropped when they become more; VTK would read beyond it.
+  void set_sharer(vtkPolyData* data);
+
+  /// Finds the arrays. The next cells are of this type, one that vtkPolyData can hold. Returns the number
+  /// that the next point will have.
+  vtkIdType begin(int cell_type);
+
+  void append_points(const BrantVector* points, vtkIdType count);
+
+  /// A cell of the points first + ids[0], first + ids[1], ...
+  void append_cell(vtkIdType first, const int* ids, vtkIdType count);
+  void append_cell(vtkIdType first, const vtkIdType* ids, vtkIdType count);
+
+  /// The same of first, first + 1, ...
+  void append_sequence(vtkIdType first, vtkIdType count);
+
+  /// Cells of one point each: first, first + 1, ...
+  void append_vertices(vtkIdType first, vtkIdType count);
+
+  void append_colours(const BrantColor& colour, vtkIdType count);
+
+  /// Marks the cells of the type, the colours, the points and the whole as modified.
+  void mark_modified();
+
+  /// The same for the cells of every type.
+  void mark_all_modified();
+
+protected:
+  explicit GrowingPolyData(ColourBinding binding);
+  ~GrowingPolyData() override;
+
+private:
+  using Ids = GrowingArray<vtkTypeInt64Array>;
+
+  /// A cell array, and its arrays where they can be written into; else null.
+  struct Target
+  {
+    vtkSmartPointer<vtkCellArray> cells;
+    Stamped<vtkCellArray>* own = nullptr;
+    Ids* ids = nullptr;
+    Ids* offsets = nullptr;
+  };
+
+  [[nodiscard]] vtkDataSetAttributes* coloured();
+  [[nodiscard]] vtkSmartPointer<vtkCellArray>& cell_array();
+  void make_cell_arrays();
+  void find_points();
+  void find_cells();
+  void find_colours();
+  void make_colours();
+  template<typename IdOf>
+  void append_cell_of(vtkIdType count, IdOf&& id_of);
+
+  vtkWeakPointer<vtkPolyData> mSharer;
+  ColourBinding mBinding;
+  int mCellType = 0;
+
+  // What begin() has found.
+  vtkSmartPointer<vtkPoints> mPoints;
+  Stamped<vtkPoints>* mOwnPoints = nullptr;            // null when they are somebody else's
+  GrowingArray<vtkFloatArray>* mCoordinates = nullptr; // likewise
+  Target mTarget;
+  vtkSmartPointer<GrowingArray<vtkUnsignedCharArray>> mColours;
+  vtkMTimeType mColouredTime = 0; // of the attributes that it is found in
+};
+
+} // namespace morrow
