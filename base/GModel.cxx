@@ -143,6 +143,13 @@ void GModel::drop_dead_views()
   }
 }
 
+// In the order of their addresses; null when there is none.
+GView* GModel::first_view()
+{
+  this->drop_dead_views();
+  return mViews.empty() ? nullptr : mViews.begin()->first;
+}
+
 // A copy to loop over: prop functions may connect and disconnect views.
 std::vector<GView*> GModel::connected_views()
 {

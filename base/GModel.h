@@ -206,6 +206,7 @@ protected:
 
 private:
   friend class GModelSet;
+  friend class GfxDebugSimple;
 
   using PropVector = std::vector<vtkSmartPointer<vtkProp>>;
 
@@ -217,6 +218,7 @@ private:
   void make_properties();
   [[nodiscard]] bool has_view(GView* view) const;
   [[nodiscard]] std::vector<GView*> connected_views();
+  [[nodiscard]] GView* first_view();
   void drop_dead_views();
   bool make_and_show(vtkDataObject* data, GView* view);
   bool make_and_show_all(GView* view);

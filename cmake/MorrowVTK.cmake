@@ -35,6 +35,7 @@ set(MORROW_VTK_FACTORIES InteractionStyle RenderingFreeType RenderingOpenGL2 Ren
 set(MORROW_VTK_EXTRA_COMPONENTS
     FiltersExtraction
     FiltersHybrid
+    FiltersVerdict
     IOExodus
     IOGeometry
     IOImport

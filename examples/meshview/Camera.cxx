@@ -83,6 +83,15 @@ private:
   double mMinus = std::numeric_limits<double>::lowest();
 };
 
+/// Is the view's window higher than wide?
+bool is_upright(const GView& view)
+{
+  int width = 0;
+  int height = 0;
+  view.get_size(width, height);
+  return width < height;
+}
+
 /// The two directions across a picture of a view, without its margins.
 struct Window
 {
@@ -90,9 +99,10 @@ struct Window
   {
     int width = 0;
     int height = 0;
-    view.get_size(width, height);
-    // Views apply the view angle to the shorter side of the window, and the scale to its height.
-    const double unit = is_perspective ? std::min(width, height) : height;
+    drawn_size(view, width, height);
+    // Views apply the view angle to the side that is the shorter one of the window, and the scale to the
+    // height.
+    const double unit = is_perspective && is_upright(view) ? width : height;
     const double half =
         is_perspective ? std::tan(vtkMath::RadiansFromDegrees(view.get_perspective_angle()) / 2.0) : 1.0;
     const double across = half * width / unit;
@@ -204,6 +214,14 @@ void place(GView& view, const Axes& axes, const Extent& extent)
 }
 
 } // namespace
+
+void drawn_size(const GView& view, int& width, int& height)
+{
+  view.get_size(width, height);
+  const double* part = view.get_renderer()->GetViewport();
+  width = std::max(1, static_cast<int>(std::lround((part[2] - part[0]) * width)));
+  height = std::max(1, static_cast<int>(std::lround((part[3] - part[1]) * height)));
+}
 
 const std::vector<std::string>& view_names()
 {

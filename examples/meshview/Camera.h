@@ -10,6 +10,9 @@
 class GView;
 class vtkPolyData;
 
+/// The size of the part of its window that a view draws in, in pixels.
+void drawn_size(const GView& view, int& width, int& height);
+
 /// The names that look_from() knows: "iso", and "+x", "-x", … for the sides that face these axes.
 [[nodiscard]] const std::vector<std::string>& view_names();
 

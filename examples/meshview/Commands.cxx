@@ -249,7 +249,7 @@ void Commands::handle_views(const KeyAction& action)
 
 void Commands::save_picture()
 {
-  const std::string name = std::filesystem::path(mViewer.options().files.front()).stem().string();
+  const std::string name = std::filesystem::path(subject(mViewer.options())).stem().string();
   const auto output = new_picture(name.empty() ? "meshview" : name);
   const std::string problem = output ? write_output(mViewer.view(), *output) : "all numbers are taken";
   if (!problem.empty()) {

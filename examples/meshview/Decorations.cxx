@@ -97,7 +97,7 @@ void place_scalar_bar(vtkScalarBarWidget& widget, const std::string& title, cons
 {
   int width = 0;
   int height = 0;
-  view.get_size(width, height);
+  drawn_size(view, width, height);
   widget.GetScalarBarRepresentation()->SetPosition(0.85, 0.18);
   widget.GetScalarBarRepresentation()->SetPosition2(0.13, 0.64);
   vtkScalarBarActor& bar = *widget.GetScalarBarActor();
@@ -144,7 +144,7 @@ void Decorations::show_title()
 {
   int width = 0;
   int height = 0;
-  mView.get_size(width, height);
+  drawn_size(mView, width, height);
   mView.set_title_font_size(title_size(title(), width, height));
   mView.set_title(title().c_str());
 }
@@ -245,7 +245,7 @@ Margins Decorations::margins() const
 {
   int width = 0;
   int height = 0;
-  mView.get_size(width, height);
+  drawn_size(mView, width, height);
   Margins margins{kFree, kFree, kFree, kFree};
   if (!title().empty()) {
     margins.top += 0.01 + 1.4 * title_size(title(), width, height) / height;

@@ -25,5 +25,6 @@ struct DrawStyle
   Surface surface = Surface::Shaded;
   Wire wire = Wire::All;
   bool silhouette = false;
+  bool has_drawings = false; ///< surfaces step back for lines that are drawn on them
   bool hidden_lines = false; ///< features behind surfaces are stippled
 };

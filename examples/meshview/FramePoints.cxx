@@ -17,10 +17,14 @@ constexpr double kDepthSlack = 0.0005; // of a point on the very surface that wa
 
 FramePoints::FramePoints(GView& view)
 {
-  view.get_size(mWidth, mHeight);
-  mDepths.resize(static_cast<std::size_t>(mWidth) * static_cast<std::size_t>(mHeight));
-  view.get_render_window()->GetZbufferData(0, 0, mWidth - 1, mHeight - 1, mDepths.data());
   vtkRenderer& renderer = *view.get_renderer();
+  mWidth = renderer.GetSize()[0];
+  mHeight = renderer.GetSize()[1];
+  mDepths.resize(static_cast<std::size_t>(mWidth) * static_cast<std::size_t>(mHeight));
+  const int left = renderer.GetOrigin()[0];
+  const int bottom = renderer.GetOrigin()[1];
+  view.get_render_window()->GetZbufferData(left, bottom, left + mWidth - 1, bottom + mHeight - 1,
+                                           mDepths.data());
   mProjection = renderer.GetActiveCamera()->GetCompositeProjectionTransformMatrix(
       renderer.GetTiledAspectRatio(), 0.0, 1.0);
 }

@@ -18,7 +18,7 @@ public:
   /// Reads the depths of the frame that the view has rendered.
   explicit FramePoints(GView& view);
 
-  /// x and y in pixels from the bottom left corner, z the depth from 0 (near) to 1 (far).
+  /// x and y in pixels from the bottom left corner of the view, z the depth from 0 (near) to 1 (far).
   [[nodiscard]] BrantVector project(const BrantVector& world) const;
 
   /// Is the projected point inside the picture and not behind what was drawn there?

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+class vtkDataArray;
 class vtkPolyData;
 
 /// Why a file cannot be shown: a reason for people, without the file's name.
@@ -35,6 +36,8 @@ struct MeshBlock
   vtkIdType cells = 0;                    ///< cells of all types
   std::map<int, vtkIdType> cells_by_type; ///< number of cells by VTK's cell type
   std::optional<ValueRange> values;       ///< of the array to colour by; none if the block does not have it
+
+  vtkSmartPointer<vtkDataArray> quality; ///< one value per cell, NaN for none; null unless asked for
 
   /// What is drawn: the faces, lines and vertices on the outside. Holds the array to colour by, if the block
   /// has it, and where labels ask for them the arrays of original ids.

@@ -211,6 +211,17 @@ void set_label_style(Labels what)
   style.SetBackgroundOpacity(what == Labels::Blocks ? 0.75 : 0.0);
 }
 
+void set_chart_label_style(double pixels, bool is_centered)
+{
+  GModel::set_font_size_factor(pixels / 12.0);
+  vtkTextProperty& style = *GModel::text_property();
+  style.BoldOff();
+  style.ShadowOff();
+  style.SetBackgroundOpacity(0.0);
+  style.SetJustification(is_centered ? VTK_TEXT_CENTERED : VTK_TEXT_LEFT);
+  style.SetVerticalJustificationToBottom();
+}
+
 void add_id_labels(MeshModel& model, Labels what)
 {
   for (const MeshBlock& block : model.blocks()) {

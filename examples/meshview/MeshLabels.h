@@ -14,6 +14,10 @@ enum class Labels;
 /// Prepares the look of labels for what they name. Only labels that are added later have it.
 void set_label_style(Labels what);
 
+/// The same for charts and drawings: plain text of this height in pixels, centred on or right of its anchor,
+/// and above it.
+void set_chart_label_style(double pixels, bool is_centered);
+
 /// Labels the points or cells of the blocks' surfaces with their ids; a cell on each of its faces.
 void add_id_labels(MeshModel& model, Labels what);
 

@@ -189,7 +189,7 @@ std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, const Part
   if (style.draw.silhouette) {
     props.push_back(make_silhouette_actor(style.lines->outline_faces(), ink_color(view)));
   }
-  if (props.size() > 1 || style.draw.hidden_lines) {
+  if (props.size() > 1 || style.draw.hidden_lines || style.draw.has_drawings) {
     step_back(*actor);
   }
   return props;

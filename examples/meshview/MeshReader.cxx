@@ -7,6 +7,7 @@
 #include "FileCheck.h"
 #include "MeshBlocks.h"
 #include "MeshCheck.h"
+#include "MeshQuality.h"
 #include "Progress.h"
 #include "VtkMessages.h"
 
@@ -217,6 +218,9 @@ void add_blocks(const NamedMesh& whole, const ReadRequest& request, MeshFile& fi
 {
   if (request.ids) {
     add_ids(*whole.mesh);
+  }
+  if (request.quality) {
+    MeshQuality::add_to(*whole.mesh);
   }
   for (const NamedMesh& part : split_by_block_array(whole)) {
     stop_if_interrupted();

@@ -4,6 +4,7 @@
 
 #include "MeshBlocks.h"
 #include "MeshLines.h"
+#include "MeshQuality.h"
 
 #include <vtkCellArray.h>
 #include <vtkCellArrayIterator.h>
@@ -243,6 +244,9 @@ MeshBlock make_block(const std::string& name, vtkDataSet& mesh, const ReadReques
   MeshBlock block;
   block.name = name;
   count(mesh, block);
+  if (request.quality) {
+    block.quality = mesh.GetCellData()->GetArray(MeshQuality::array_name());
+  }
   block.values = range_of(find_values(mesh, request.color_by));
   const vtkSmartPointer<vtkDataSet> bare = without_other_arrays(mesh, request);
   block.surface = extract_surface(*bare, block, request);

@@ -11,6 +11,7 @@ struct ReadRequest
 {
   std::string color_by; ///< array to keep; empty for none
   bool ids = false;     ///< keep the ids of points and cells for labels
+  bool quality = false; ///< work out the quality of the elements, to be the array to keep
   bool edges = true;    ///< mesh edges will be drawn
 };
 

@@ -147,8 +147,39 @@ void describe_decorations(CLI::App& app, Options& options)
   add_intensity(app, "--ambient", options.ambient, "The same for light that comes from everywhere");
 }
 
+void describe_charts(CLI::App& app, Options& options)
+{
+  app.add_flag("--quality", options.quality,
+               "Colour elements by their quality (see below), beside a histogram of it");
+  app.add_option("--debug-script", options.debug_script,
+                 "Draw what the lines of this file say (see below); no mesh is needed")
+      ->type_name("FILE");
+  app.add_flag("--color-table", options.color_table, "Show the table of colours in the place of a mesh");
+}
+
+namespace {
+
+void check_charts(const Options& options)
+{
+  if (options.files.empty() && !options.color_table && options.debug_script.empty()) {
+    throw CLI::RequiredError("FILE");
+  }
+  if (options.color_table && !options.files.empty()) {
+    throw CLI::ValidationError("--color-table", "is shown in the place of a mesh: leave out the files");
+  }
+  if (options.quality && options.files.empty()) {
+    throw CLI::ValidationError("--quality", "needs the file of a mesh");
+  }
+  if (options.quality && !options.color_by.empty()) {
+    throw CLI::ValidationError("--quality", "does not go together with the colours of an array");
+  }
+}
+
+} // namespace
+
 void check_together(const Options& options)
 {
+  check_charts(options);
   const bool has_picture = std::any_of(options.outputs.begin(), options.outputs.end(),
                                        [](const Output& output) { return is_image(output.format); });
   if (options.spin > 0 && !has_picture) {

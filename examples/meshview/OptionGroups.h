@@ -16,6 +16,7 @@ void describe_output(CLI::App& app, Options& options);
 void describe_mesh(CLI::App& app, Options& options);
 void describe_style(CLI::App& app, Options& options);
 void describe_decorations(CLI::App& app, Options& options);
+void describe_charts(CLI::App& app, Options& options);
 
 /// Throws CLI::ValidationError for options that do not go together.
 void check_together(const Options& options);

@@ -4,8 +4,10 @@
 
 #include "BrantColorTable.h"
 #include "BrantString.h"
+#include "DebugScript.h"
 #include "Keys.h"
 #include "MRUtil.h"
+#include "MeshQuality.h"
 #include "OptionGroups.h"
 #include "OptionValues.h"
 
@@ -51,6 +53,17 @@ Colours by an array go from blue for its least value in all files to red for its
 greatest. Vectors have the colour of their length, parts without the array are
 grey.
 
+The quality of elements is their mean ratio, which does not depend on their
+size: 1 for equilateral triangles and tetrahedra, squares, cubes and the like,
+towards 0 the more an element is flattened or distorted, and 0 for one that is
+inside out. There is one for triangles, quadrilaterals, tetrahedra, hexahedra,
+wedges and pyramids, of curved ones for their corners. Other cells are grey and
+not counted.
+
+The lines of a drawing script, where # begins a comment, colours are names or
+ids, and coordinates are numbers with blanks between them:
+)" + debug_script_help() +
+         R"(
 Pictures are as large as the window would be. With --spin the mesh turns about
 the upright axis through its middle, by 360/N degrees from picture to picture;
 Ctrl-C stops it. Scenes are written once.
@@ -60,7 +73,7 @@ the wheel zoom. Ctrl-C stops reading. The keys:
 )" + key_list() +
          R"(
 
-Colour ids of the background, bottom and top:
+Colours of backgrounds, bottom and top, and of drawing scripts:
 )" + color_names() +
          R"(
 
@@ -80,11 +93,12 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
   CLI::App app("Shows finite-element and surface meshes, in a window or as a picture.", "meshview");
   app.footer(footer());
   app.set_version_flag("--version", "meshview, VTK " + MRUtil::get_vtk_version());
-  app.add_option("FILE", options.files, "Mesh files; several are shown together")->required();
+  app.add_option("FILE", options.files, "Mesh files; several are shown together");
   describe_output(app, options);
   describe_mesh(app, options);
   describe_style(app, options);
   describe_decorations(app, options);
+  describe_charts(app, options);
   app.add_flag_callback(
       "--no-guard", [&options] { options.guard = false; },
       "Read in this process, which a damaged file may crash (for debuggers)");
@@ -95,6 +109,12 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
     return app.exit(error) == 0 ? EXIT_ALL_SHOWN : EXIT_NOTHING_SHOWN;
   }
   options.style.wire = options.wire.value_or(options.edges.value_or(true) ? Wire::All : Wire::None);
-  options.parallel = options.parallel || options.decorations.legend;
+  options.parallel = options.parallel || options.decorations.legend || options.color_table;
+  if (options.color_table && app.count("--view") == 0) {
+    options.view = "+z"; // the chart is flat
+  }
+  if (options.quality) {
+    options.color_by = MeshQuality::array_name();
+  }
   return std::nullopt;
 }

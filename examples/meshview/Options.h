@@ -66,6 +66,9 @@ struct Options
   DrawStyle style;      ///< the wire is what both of these come to
   std::string color_by; ///< name of an array; empty gives each block its own colour
   DecorationOptions decorations;
+  bool color_table = false;       ///< its chart takes the place of a mesh
+  bool quality = false;           ///< colours by the quality of the elements, beside its histogram
+  std::string debug_script;       ///< a file of drawing calls; empty for none
   std::optional<Intensity> light; ///< the library's own without
   std::optional<Intensity> ambient;
   bool guard = true; ///< read in a child process, which may crash

@@ -13,6 +13,7 @@
 #include <sys/prctl.h>
 #endif
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -96,6 +97,12 @@ int exit_status(int status)
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
+/// No file needs no memory, of which systems give none.
+std::size_t bytes_for(std::size_t files)
+{
+  return std::max<std::size_t>(files, 1) * sizeof(ReadLog::State);
+}
+
 /// For a child that has died with no file to blame.
 int report_death(int signal)
 {
@@ -108,8 +115,7 @@ int report_death(int signal)
 
 ReadLog::ReadLog(std::size_t number_of_files) : mSize(number_of_files)
 {
-  void* memory =
-      mmap(nullptr, mSize * sizeof(State), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  void* memory = mmap(nullptr, bytes_for(mSize), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) {
     throw std::bad_alloc();
   }
@@ -118,7 +124,7 @@ ReadLog::ReadLog(std::size_t number_of_files) : mSize(number_of_files)
 
 ReadLog::~ReadLog()
 {
-  munmap(const_cast<State*>(mStates), mSize * sizeof(State));
+  munmap(const_cast<State*>(mStates), bytes_for(mSize));
 }
 
 int run_guarded(const std::vector<std::string>& files, const std::function<int(ReadLog&)>& work)

@@ -2,14 +2,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Viewer.h"
 
+#include "ColorChart.h"
 #include "GView.h"
 #include "MeshLights.h"
 
+#include <vtkPoints.h>
 #include <vtkPolyData.h>
 
 #include <filesystem>
 
 namespace {
+
+constexpr double kDrawnText = 13.0; // pixels
 
 /// Preferences of windows hold for those that views make afterwards, so they are set before the view is made.
 /// Operations on all views, as that of the lights, reach those that are registered.
@@ -20,6 +24,17 @@ std::shared_ptr<GView> make_view(const Options& options)
   auto view = std::make_shared<GView>();
   GView::add_global_view(view);
   return view;
+}
+
+/// Swatches of the colour table have the very colours in a light of 1.
+void light(GView& view, const Options& options)
+{
+  constexpr float kOne = 1.0F / 3.0F; // as views count it
+  if (options.color_table && !options.light) {
+    GView::set_light_intensity(kOne, kOne, kOne);
+  } else {
+    light_mesh(view, options);
+  }
 }
 
 /// The blocks' names; when several files are shown, after the file's. A block that is all of its file already
@@ -39,19 +54,29 @@ std::vector<std::string> label_names(const std::vector<MeshFile>& files)
 
 } // namespace
 
-Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
-    : mOptions(options), mView(make_view(options)), mModel(options.style, scale),
-      mBlockLabels(mModel, label_names(files)), mDecorations(*mView, options, scale)
+std::string subject(const Options& options)
+{
+  if (!options.files.empty()) {
+    return options.files.front();
+  }
+  return options.color_table ? "colours" : options.debug_script;
+}
+
+Viewer::Viewer(const Options& options, const Contents& contents)
+    : mOptions(options), mContents(contents), mView(make_view(options)),
+      mModel(options.style, contents.scale), mBlockLabels(mModel, label_names(contents.files)),
+      mDecorations(*mView, options, contents.scale)
 {
   mModelSet.add_model(&mHiddenLines);
   mModelSet.add_model(&mModel);
   mView->set_model_set(&mModelSet);
   mView->set_background(options.bottom_background);
   mView->set_background2(options.top_background);
-  mView->set_title_bar(("meshview - " + files.front().path).c_str());
-  light_mesh(*mView, options);
+  mView->set_title_bar(("meshview - " + subject(options)).c_str());
+  light(*mView, options);
+  add_extras();
   set_label_style(options.labels);
-  add_blocks(files);
+  add_blocks(contents.files);
   if (options.style.hidden_lines) {
     set_style(options.style);
   }
@@ -59,6 +84,7 @@ Viewer::Viewer(const Options& options, const std::vector<MeshFile>& files, const
 
 Viewer::~Viewer()
 {
+  GfxDebug::set_instance(nullptr);
   GView::remove_global_view(mView);
 }
 
@@ -74,11 +100,47 @@ void Viewer::add_blocks(const std::vector<MeshFile>& files)
   }
 }
 
+/// Charts, and what is needed to frame them and the drawing.
+void Viewer::add_extras()
+{
+  std::vector<BrantVector> points = mContents.script.points();
+  if (!mContents.scale.is_empty() && mOptions.quality) {
+    mQualityPanel = std::make_unique<QualityPanel>(*mView, mContents.files, mContents.scale);
+  }
+  if (mOptions.color_table) {
+    fill_color_chart(mColorTable, *mView);
+    const std::vector<BrantVector> corners = color_chart_corners();
+    points.insert(points.end(), corners.begin(), corners.end());
+  }
+  vtkNew<vtkPoints> extra;
+  extra->SetDataTypeToDouble();
+  for (const BrantVector& point : points) {
+    extra->InsertNextPoint(point.x(), point.y(), point.z());
+  }
+  mExtraPoints = vtkSmartPointer<vtkPolyData>::New();
+  mExtraPoints->SetPoints(extra);
+  mModelSet.add_model(&mColorTable);
+  mModelSet.add_model(&mDrawing);
+}
+
+/// Anything that is linked with the host utility library can draw like this.
+void Viewer::draw_script()
+{
+  GfxDebug::set_instance(&mDebug);
+  set_chart_label_style(kDrawnText, false);
+  mContents.script.run();
+  set_label_style(mOptions.labels);
+  refresh();
+}
+
 std::vector<vtkPolyData*> Viewer::surfaces() const
 {
   std::vector<vtkPolyData*> surfaces;
   for (const MeshBlock& block : mModel.blocks()) {
     surfaces.push_back(block.surface);
+  }
+  if (mExtraPoints->GetNumberOfPoints() > 0) {
+    surfaces.push_back(mExtraPoints);
   }
   return surfaces;
 }
@@ -87,6 +149,9 @@ void Viewer::start()
 {
   mDecorations.set_up();
   look_from_side(mOptions.view);
+  if (mContents.script.size() > 0) {
+    draw_script();
+  }
 }
 
 void Viewer::look_from_side(const std::string& name)

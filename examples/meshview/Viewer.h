@@ -4,27 +4,42 @@
 
 #include "Camera.h" // Axis
 #include "ColorScale.h"
+#include "DebugScript.h"
 #include "Decorations.h"
+#include "GColorTable.h"
 #include "GModelSet.h"
+#include "GfxDebugSimple.h"
 #include "HiddenLines.h"
 #include "Mesh.h"
 #include "MeshLabels.h"
 #include "MeshModel.h"
 #include "Options.h"
+#include "QualityPanel.h"
 
 #include <memory>
 
 class GView;
 
-/// The graphics of meshview: one view with one model of all blocks.
+/// What there is to show.
+struct Contents
+{
+  std::vector<MeshFile> files; ///< may be none
+  ColorScale scale;            ///< of the files
+  DebugScript script;
+};
+
+/// The name of what the options want to be shown: the first of several files.
+[[nodiscard]] std::string subject(const Options& options);
+
+/// The graphics of meshview: one view with one model of all blocks, and others for charts and drawings.
 ///
 /// This is what a host of the library does: it makes a view, a model and a set that connects them, gives the
 /// model its parts, and renders.
 class Viewer
 {
 public:
-  /// The display must be reachable.
-  Viewer(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale);
+  /// The display must be reachable. options and contents live longer than this.
+  Viewer(const Options& options, const Contents& contents);
   ~Viewer();
   Viewer(const Viewer&) = delete;
   Viewer& operator=(const Viewer&) = delete;
@@ -52,9 +67,12 @@ public:
 
 private:
   void add_blocks(const std::vector<MeshFile>& files);
+  void add_extras();
+  void draw_script();
   [[nodiscard]] std::vector<vtkPolyData*> surfaces() const;
 
   const Options& mOptions;
+  const Contents& mContents;
   std::shared_ptr<GView> mView;
   GModelSet mModelSet;
   MeshModel mModel;
@@ -62,4 +80,9 @@ private:
   std::vector<std::string> mNames; // of the blocks, for their labels
   BlockLabels mBlockLabels;
   Decorations mDecorations;
+  std::unique_ptr<QualityPanel> mQualityPanel;
+  GColorTable mColorTable;
+  GGenericModel mDrawing;
+  GfxDebugSimple mDebug{&mDrawing};
+  vtkSmartPointer<vtkPolyData> mExtraPoints; // of what is shown besides the blocks
 };

@@ -12,6 +12,7 @@
 #include "MeshWindow.h"
 #include "Options.h"
 #include "Output.h"
+#include "QualityCounts.h"
 #include "ReadGuard.h"
 #include "Viewer.h"
 
@@ -37,6 +38,7 @@ std::vector<MeshFile> read_files(const Options& options, ReadLog& log)
 {
   ReadRequest request;
   request.color_by = options.color_by;
+  request.quality = options.quality;
   request.ids = options.labels == Labels::Points || options.labels == Labels::Cells;
   request.edges = options.style.wire != Wire::None || options.outputs.empty(); // keys may ask for them
   std::vector<MeshFile> files;
@@ -72,9 +74,9 @@ bool all_whole(const std::vector<MeshFile>& files, std::size_t number_asked_for)
   return is_whole;
 }
 
-int draw(const Options& options, const std::vector<MeshFile>& files, const ColorScale& scale)
+int draw(const Options& options, const Contents& contents)
 {
-  Viewer viewer(options, files, scale);
+  Viewer viewer(options, contents);
   if (!options.outputs.empty()) {
     return write_outputs(viewer);
   }
@@ -82,24 +84,69 @@ int draw(const Options& options, const std::vector<MeshFile>& files, const Color
   return EXIT_ALL_SHOWN;
 }
 
-int show(const Options& options, const std::vector<MeshFile>& files)
+ColorScale scale_for(const Options& options, const std::vector<MeshFile>& files)
 {
-  const ColorScale scale = options.color_by.empty() ? ColorScale() : ColorScale(options.color_by, files);
-  write_legend(std::cout, files);
-  if (!scale.is_empty()) {
-    std::cout << "colours: " << options.color_by << " from " << scale.range().low << " (blue) to "
-              << scale.range().high << " (red)" << std::endl;
+  if (options.color_by.empty() || files.empty()) {
+    return ColorScale();
   }
-  const int status = draw(options, files, scale);
-  return status == EXIT_ALL_SHOWN && !all_whole(files, options.files.size()) ? EXIT_SOME_FAILED : status;
+  if (options.quality && !has_quality(files)) {
+    throw MeshError("no cell is of a type that has a quality");
+  }
+  return ColorScale(options.color_by, files);
+}
+
+void tell_of(const Options& options, const Contents& contents)
+{
+  if (!contents.files.empty()) {
+    write_legend(std::cout, contents.files);
+  }
+  const ValueRange& range = contents.scale.range();
+  if (!contents.scale.is_empty()) {
+    std::cout << "colours: " << options.color_by << " from " << range.low << " (blue) to " << range.high
+              << " (red)" << std::endl;
+  }
+  if (!options.debug_script.empty()) {
+    std::cout << options.debug_script << "\n  " << contents.script.size() << " drawing calls" << std::endl;
+  }
+}
+
+int show(const Options& options, const Contents& contents)
+{
+  tell_of(options, contents);
+  const int status = draw(options, contents);
+  const bool is_whole = all_whole(contents.files, options.files.size()) && contents.script.is_sound();
+  return status == EXIT_ALL_SHOWN && !is_whole ? EXIT_SOME_FAILED : status;
+}
+
+DebugScript read_script(const Options& options)
+{
+  return options.debug_script.empty() ? DebugScript() : DebugScript(options.debug_script);
+}
+
+/// Is there anything to be seen? The user has been told of files that failed.
+bool is_empty(const Options& options, const Contents& contents)
+{
+  if (!contents.files.empty() || options.color_table || !contents.script.points().empty()) {
+    return false;
+  }
+  if (!options.debug_script.empty() && contents.script.is_sound()) {
+    Console::complain(options.debug_script, "draws nothing");
+  }
+  return true;
 }
 
 /// All that may meet a damaged file.
 int read_and_show(const Options& options, ReadLog& log)
 {
   try {
-    const std::vector<MeshFile> files = read_files_or_stop(options, log);
-    return files.empty() ? EXIT_NOTHING_SHOWN : show(options, files);
+    Contents contents;
+    contents.files = read_files_or_stop(options, log);
+    contents.script = read_script(options);
+    if (is_empty(options, contents)) {
+      return EXIT_NOTHING_SHOWN;
+    }
+    contents.scale = scale_for(options, contents.files);
+    return show(options, contents);
   } catch (const ReadInterrupted&) {
     Console::complain("interrupted");
     return EXIT_INTERRUPTED;
