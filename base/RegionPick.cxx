@@ -1,0 +1,306 @@
+// SPDX-FileCopyrightText: the libmorrow_base authors
+// SPDX-License-Identifier: BSD-3-Clause
+#include "RegionPick.h"
+
+#include "BrantBox.h"
+#include "CellBlocks.h"
+#include "CellBlocksCache.h"
+#include "MRPickUtil.h"
+#include "MeshArrays.h"
+#include "PickBounds.h"
+#include "RegionLimits.h"
+#include "ScreenProjection.h"
+#include "WindowDepth.h"
+
+#include <vtkCellType.h>
+#include <vtkFieldData.h>
+#include <vtkMatrix4x4.h>
+#include <vtkPointSet.h>
+#include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace morrow {
+
+namespace {
+
+using Hits = std::vector<MultiCellPicker::SubCellPick>;
+using Verdict = CellBlocks::Verdict;
+
+constexpr float NoPoint = 1.0e38F;
+
+/// Cells with neighbouring ids, the last excluded.
+struct Run
+{
+  vtkIdType first;
+  vtkIdType last;
+  Verdict verdict;
+};
+
+/// What is known of a point: bits.
+enum PointFlags : unsigned
+{
+  Sides = RegionLimits::AllSides, // of the region on which it lies
+  Inside = 16,                    // the region holds it
+  Visible = 32,                   // nothing hides it
+  Known = 64                      // the others have been found out
+};
+
+struct DisplayPoint
+{
+  double at[3];
+};
+
+bool line_touches(const PickBounds& region, const std::vector<DisplayPoint>& points)
+{
+  for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+    if (region.intersects_with_line(points[i].at, points[i + 1].at)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool fan_touches(const PickBounds& region, const std::vector<DisplayPoint>& points)
+{
+  for (std::size_t i = 1; i + 1 < points.size(); ++i) {
+    if (region.intersects_with_triangle(points[0].at, points[i].at, points[i + 1].at)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool shape_touches(const PickBounds& region, int type, const std::vector<DisplayPoint>& points)
+{
+  switch (type) {
+  case VTK_LINE:
+  case VTK_POLY_LINE:
+    return line_touches(region, points);
+  case VTK_TRIANGLE:
+  case VTK_POLYGON:
+  case VTK_QUAD:
+    return fan_touches(region, points);
+  default:
+    return false;
+  }
+}
+
+/// Answers the question for one data set.
+class RegionCells
+{
+public:
+  RegionCells(const RegionQuestion& question, const MeshArrays& mesh, bool has_pointers)
+      : mQuestion(question), mMesh(mesh), mLimits(question.region),
+        mProjection(question.to_view, question.frame), mHasPointers(has_pointers),
+        mFlags(static_cast<std::size_t>(mesh.points()), 0)
+  {}
+
+  /// Whether the cells' parts decide what is recorded, not the whole of them.
+  [[nodiscard]] bool takes_parts() const { return mHasPointers || mQuestion.takes_touching_cells; }
+
+  /// Looks at a few cells all over the data set, to see whether all can be accepted.
+  [[nodiscard]] bool sample_is_accepted()
+  {
+    constexpr vtkIdType samples = 64;
+    const vtkIdType count = mMesh.cells();
+    for (vtkIdType i = 0; i < std::min(samples, count); ++i) {
+      const vtkIdType cell = count * i / std::min(samples, count);
+      this->look_into({cell, cell + 1, Verdict::Open});
+      if (mAccepted <= i) {
+        return false;
+      }
+    }
+    mAccepted = 0;
+    mHits.clear();
+    return true;
+  }
+
+  Hits run(const CellBlocks* blocks)
+  {
+    this->plan(blocks);
+    vtkIdType to_open = 0;
+    vtkIdType most = 0;
+    for (const Run& run : mRuns) {
+      to_open += run.verdict == Verdict::Open ? run.last - run.first : 0;
+      most += run.verdict != Verdict::Skip ? run.last - run.first : 0;
+    }
+    if (!this->takes_parts() && most < mMesh.cells()) {
+      return {};
+    }
+    if (to_open > mMesh.cells() / 2 && mMesh.connectivity_size() >= mMesh.points()) {
+      this->look_at_all_points();
+    }
+    mHits.reserve(static_cast<std::size_t>(most));
+    for (const Run& run : mRuns) {
+      const vtkIdType rest = mAccepted;
+      if (run.verdict == Verdict::Take) {
+        this->take(run);
+      } else if (run.verdict == Verdict::Open) {
+        this->look_into(run);
+      }
+      if (!this->takes_parts() && mAccepted - rest < run.last - run.first) {
+        return {};
+      }
+    }
+    return mAccepted > 0 && (this->takes_parts() || !mMesh.has_more_cells()) ? std::move(mHits) : Hits();
+  }
+
+private:
+  void plan(const CellBlocks* blocks)
+  {
+    if (blocks == nullptr || blocks->are_scattered() || blocks->has_empty_cells()) {
+      mRuns.push_back({0, mMesh.cells(), Verdict::Open});
+      return;
+    }
+    blocks->walk([this](const BlockBox& box) { return this->judge(box); },
+                 [this](vtkIdType first, vtkIdType last, Verdict verdict) {
+                   if (!mRuns.empty() && mRuns.back().verdict == verdict) {
+                     mRuns.back().last = last;
+                   } else {
+                     mRuns.push_back({first, last, verdict});
+                   }
+                   return verdict != Verdict::Skip || this->takes_parts(); // else nothing is recorded
+                 });
+  }
+
+  [[nodiscard]] Verdict judge(const BlockBox& box) const
+  {
+    ScreenBox screen;
+    double margin = 0.0;
+    if (!mProjection.project(box, screen, margin)) {
+      return Verdict::Open;
+    }
+    if (mLimits.excludes(screen, margin)) {
+      return Verdict::Skip;
+    }
+    return mQuestion.depth == nullptr && mLimits.holds(screen, margin) ? Verdict::Take : Verdict::Open;
+  }
+
+  void look_at_all_points()
+  {
+    mMesh.with_points([this](const auto* xyz) {
+      for (std::size_t i = 0; i < mFlags.size(); ++i) {
+        mFlags[i] = static_cast<unsigned char>(this->look_at(xyz + 3 * i));
+      }
+    });
+  }
+
+  template<typename Number>
+  [[nodiscard]] unsigned look_at(const Number* point) const
+  {
+    double at[3];
+    mProjection.project(point, at);
+    unsigned flags = Known | mLimits.sides_of(at);
+    flags |= mLimits.contains(at) ? Inside : 0U;
+    if (mQuestion.depth != nullptr) {
+      const bool has_depth = mQuestion.takes_touching_cells || (at[2] >= 0.0 && at[2] < 1.0);
+      flags |= has_depth && mQuestion.depth->shows(at[0], at[1], at[2]) ? Visible : 0U;
+    } else {
+      flags |= Visible;
+    }
+    return flags;
+  }
+
+  void take(const Run& run)
+  {
+    const std::size_t first = mHits.size();
+    mHits.resize(first + static_cast<std::size_t>(run.last - run.first));
+    auto id = static_cast<std::int32_t>(run.first);
+    for (std::size_t i = first; i < mHits.size(); ++i) {
+      mHits[i] = {id++, {NoPoint, NoPoint, NoPoint}, true, true};
+    }
+    mAccepted += run.last - run.first;
+  }
+
+  void look_into(const Run& run)
+  {
+    mMesh.with_points([this, &run](const auto* xyz) {
+      mMesh.visit(run.first, run.last, [this, xyz](vtkIdType id, int type, vtkIdType count, const auto* ids) {
+        if (count >= 0) {
+          this->look_at_cell(static_cast<std::int32_t>(id), type, count, ids, xyz);
+        }
+        return true;
+      });
+    });
+  }
+
+  template<typename Number, typename Id>
+  void look_at_cell(std::int32_t id, int type, vtkIdType count, const Id* ids, const Number* xyz)
+  {
+    unsigned of_all = ~0U;
+    unsigned of_any = 0;
+    for (vtkIdType i = 0; i < count; ++i) {
+      unsigned char& known = mFlags[static_cast<std::size_t>(ids[i])];
+      if (known == 0) {
+        known = static_cast<unsigned char>(this->look_at(xyz + 3 * static_cast<vtkIdType>(ids[i])));
+      }
+      of_all &= known;
+      of_any |= known;
+    }
+    const bool is_inside = (of_any & Inside) != 0;
+    bool is_accepted = (of_all & Inside) != 0;
+    if (mQuestion.takes_touching_cells) {
+      is_accepted = is_inside || ((of_all & Sides) == 0 && this->shape_touches(type, count, ids, xyz));
+    }
+    mAccepted += is_accepted ? 1 : 0;
+    if (is_accepted || (mHasPointers && is_inside)) {
+      mHits.push_back({id, {NoPoint, NoPoint, NoPoint}, true, (of_all & Visible) != 0});
+    }
+  }
+
+  template<typename Number, typename Id>
+  [[nodiscard]] bool shape_touches(int type, vtkIdType count, const Id* ids, const Number* xyz)
+  {
+    mCorners.resize(static_cast<std::size_t>(count));
+    for (vtkIdType i = 0; i < count; ++i) {
+      mProjection.project(xyz + 3 * static_cast<vtkIdType>(ids[i]), mCorners[static_cast<std::size_t>(i)].at);
+    }
+    return morrow::shape_touches(mQuestion.region, type, mCorners);
+  }
+
+  const RegionQuestion& mQuestion;
+  const MeshArrays& mMesh;
+  RegionLimits mLimits;
+  ScreenProjection mProjection;
+  bool mHasPointers;
+  std::vector<unsigned char> mFlags; // of the points, 0 while not known
+  std::vector<Run> mRuns;
+  std::vector<DisplayPoint> mCorners; // scratch
+  vtkIdType mAccepted = 0;
+  Hits mHits;
+};
+
+} // namespace
+
+RegionQuestion::RegionQuestion(const PickBounds& its_region, vtkMatrix4x4& its_matrix,
+                               vtkRenderer& its_renderer)
+    : region(its_region), to_view(its_matrix), renderer(its_renderer)
+{
+  const int* size = renderer.GetRenderWindow()->GetSize();
+  frame.width = size[0];
+  frame.height = size[1];
+  renderer.GetViewport(frame.viewport);
+}
+
+std::vector<MultiCellPicker::SubCellPick> cells_in_region(const RegionQuestion& question, vtkPointSet& data,
+                                                          CellBlocksCache& cache)
+{
+  const bool has_pointers = data.GetFieldData()->GetAbstractArray("Pointers") != nullptr;
+  double bounds[6];
+  data.GetBounds(bounds);
+  if (!question.region.intersects_with_bbox(
+          MRPickUtil::convert_world_bbox_to_display_bbox(bounds, &question.to_view, &question.renderer))) {
+    return {};
+  }
+  MeshArrays mesh(data);
+  if (mesh.cells() == 0) {
+    return {};
+  }
+  RegionCells cells(question, mesh, has_pointers);
+  return cells.run(cache.blocks_of(data, mesh, false).get());
+}
+
+} // namespace morrow
