@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellBlocks.h"
 
+#include "CellFan.h"
 #include "CellSoundness.h"
 #include "MeshArrays.h"
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace morrow {
 
@@ -70,14 +72,21 @@ private:
   Number mCheck[3] = {0, 0, 0};
 };
 
+struct Oddities
+{
+  bool empty = false;
+  bool collapsed = false;
+};
+
 template<typename Number>
-BlockBox box_of_leaf(const MeshArrays& mesh, const Number* xyz, vtkIdType leaf, bool& has_empty_cells)
+BlockBox box_of_leaf(const MeshArrays& mesh, const Number* xyz, vtkIdType leaf, Oddities& oddities)
 {
   Hull<Number> hull;
   const vtkIdType first = leaf * CellBlocks::CellsInLeaf;
   mesh.visit(first, std::min(first + CellBlocks::CellsInLeaf, mesh.cells()),
-             [&](vtkIdType, int, vtkIdType count, const auto* ids) {
-               has_empty_cells |= count <= 0;
+             [&](vtkIdType, int type, vtkIdType count, const auto* ids) {
+               oddities.empty |= count <= 0;
+               oddities.collapsed |= is_fan(type) && has_collapsed_triangle(count, ids, xyz);
                for (vtkIdType i = 0; i < count; ++i) {
                  hull.add(xyz + 3 * static_cast<vtkIdType>(ids[i]));
                }
@@ -104,11 +113,6 @@ double diagonal(const BlockBox& box)
   return std::sqrt(squared);
 }
 
-vtkIdType leaves_of(const MeshArrays& mesh)
-{
-  return (mesh.cells() + CellBlocks::CellsInLeaf - 1) / CellBlocks::CellsInLeaf;
-}
-
 } // namespace
 
 CellBlocks::CellBlocks(const MeshArrays& mesh) : mCells(mesh.cells())
@@ -117,29 +121,40 @@ CellBlocks::CellBlocks(const MeshArrays& mesh) : mCells(mesh.cells())
   mHasCurvedCells = types != nullptr && std::any_of(types, types + mCells, [](unsigned char type) {
                       return form_of(type) == CellForm::Curved;
                     });
-  if (!looks_scattered(mesh)) {
-    this->make_leaves(mesh);
+  this->make_leaves(mesh);
+  if (this->are_too_large()) {
+    mLevels.clear();
+  } else {
     this->make_levels();
   }
 }
 
-// Leaves of cells in random order are about as large as all of them together.
-bool CellBlocks::looks_scattered(const MeshArrays& mesh)
+void CellBlocks::make_leaves(const MeshArrays& mesh)
 {
-  constexpr vtkIdType samples = 64;
-  constexpr double scattered = 0.35; // of the whole
-  const vtkIdType leaves = leaves_of(mesh);
-  if (mesh.points() == 0) {
-    return true;
+  const vtkIdType count = (mCells + CellsInLeaf - 1) / CellsInLeaf;
+  Level leaves;
+  leaves.reserve(static_cast<std::size_t>(count));
+  Oddities oddities;
+  if (mesh.points() > 0) {
+    mesh.with_points([&](const auto* xyz) {
+      for (vtkIdType leaf = 0; leaf < count; ++leaf) {
+        leaves.push_back(box_of_leaf(mesh, xyz, leaf, oddities));
+      }
+    });
   }
+  mHasEmptyCells = oddities.empty || leaves.empty();
+  mHasCollapsedCells = oddities.collapsed;
+  mLevels.push_back(std::move(leaves));
+}
+
+// Leaves of cells in random order are about as large as all of them together.
+bool CellBlocks::are_too_large() const
+{
+  constexpr double too_large = 0.35; // of the whole
   BlockBox all = Nothing;
   double sum = 0.0;
   double counted = 0.0;
-  for (vtkIdType i = 0; i < samples; ++i) {
-    bool ignored = false;
-    const vtkIdType leaf = leaves * i / samples;
-    const BlockBox box =
-        mesh.with_points([&](const auto* xyz) { return box_of_leaf(mesh, xyz, leaf, ignored); });
+  for (const BlockBox& box : mLevels.front()) {
     const double size = diagonal(box);
     if (std::isfinite(size)) {
       join(all, box);
@@ -147,20 +162,7 @@ bool CellBlocks::looks_scattered(const MeshArrays& mesh)
       counted += 1.0;
     }
   }
-  return !(sum < scattered * counted * diagonal(all));
-}
-
-void CellBlocks::make_leaves(const MeshArrays& mesh)
-{
-  const vtkIdType count = leaves_of(mesh);
-  Level leaves;
-  leaves.reserve(static_cast<std::size_t>(count));
-  mesh.with_points([&](const auto* xyz) {
-    for (vtkIdType leaf = 0; leaf < count; ++leaf) {
-      leaves.push_back(box_of_leaf(mesh, xyz, leaf, mHasEmptyCells));
-    }
-  });
-  mLevels.push_back(std::move(leaves));
+  return !(sum < too_large * counted * diagonal(all));
 }
 
 void CellBlocks::make_levels()

@@ -37,6 +37,9 @@ public:
   /// Whether there are cells without points, or broken ones: boxes tell nothing of them.
   [[nodiscard]] bool has_empty_cells() const noexcept { return mHasEmptyCells; }
 
+  /// Whether there are triangles, or parts of quadrilaterals and polygons, whose corners are one point.
+  [[nodiscard]] bool has_collapsed_cells() const noexcept { return mHasCollapsedCells; }
+
   /// Whether VTK may find a ray to hit a cell outside of the box around its points.
   [[nodiscard]] bool has_curved_cells() const noexcept { return mHasCurvedCells; }
 
@@ -63,8 +66,8 @@ public:
 private:
   using Level = std::vector<BlockBox>;
 
-  [[nodiscard]] static bool looks_scattered(const MeshArrays& mesh);
   void make_leaves(const MeshArrays& mesh);
+  [[nodiscard]] bool are_too_large() const;
   void make_levels();
 
   template<typename Judge, typename Visit>
@@ -90,6 +93,7 @@ private:
 
   vtkIdType mCells;
   bool mHasEmptyCells = false;
+  bool mHasCollapsedCells = false;
   bool mHasCurvedCells = false;
   std::vector<Level> mLevels; // leaves first
 };

@@ -15,7 +15,8 @@ constexpr int Columns = 10;
 /// The lower left corner of the square of an id.
 BrantVector square_of(int id)
 {
-  return BrantVector(id % Columns / 10.0, (9 - id / Columns) / 10.0, 0.0);
+  const int row = id / Columns;
+  return BrantVector(id % Columns / 10.0, (9 - row) / 10.0, 0.0);
 }
 
 BrantString name_of(int id)

@@ -282,14 +282,9 @@ void GGenericModel::add_one(int kind, int count, const BrantVector* points, Bran
                             MRUtil::DrawMode mode)
 {
   GrowingPolyData* data = this->cell_slot(mode, kind);
-  if (data == nullptr) {
-    return;
+  if (data != nullptr) {
+    data->append_one(CellsOf[kind].type, points, count, color);
   }
-  const vtkIdType first = data->begin(CellsOf[kind].type);
-  data->append_points(points, count);
-  data->append_sequence(first, count);
-  data->append_colours(color, 1);
-  data->mark_modified();
 }
 
 void GGenericModel::add_cube(const BrantVector* corners, BrantColor color, MRUtil::DrawMode mode)

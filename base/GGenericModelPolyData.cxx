@@ -13,7 +13,6 @@
 #include <vtkIdList.h>
 #include <vtkNew.h>
 
-using morrow::ColourBinding;
 using morrow::GrowingPolyData;
 
 namespace {

@@ -236,9 +236,10 @@ bool GModel::make_and_show(vtkDataObject* data, GView* view)
   }
   const auto [kept, is_new] = still_connected->second.emplace(data, std::move(props));
   if (is_new && mHooked) {
-    view->add_props(kept->second);
+    const PropVector shown = kept->second; // whoever observes the renderer may remove the part
+    view->add_props(shown);
   }
-  return true;
+  return *alive;
 }
 
 void GModel::remove_view(GView* view)

@@ -5,6 +5,7 @@
 #include "GModel.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "GDataGroup.h"
 
@@ -14,6 +15,7 @@
 void GModel::set_datagroup_attributes(GDataGroup* group, int index, ViewProps& views,
                                       std::function<void(std::vector<vtkSmartPointer<vtkProp>>&)> apply)
 {
+  const auto set_attribute = std::move(apply);
   std::vector<GView*> shown_in; // a copy to loop over: apply may connect and disconnect views
   for (const auto& [view, parts] : views) {
     shown_in.push_back(view);
@@ -29,7 +31,7 @@ void GModel::set_datagroup_attributes(GDataGroup* group, int index, ViewProps& v
       }
       const auto props = parts->second.find(data_sets[static_cast<std::size_t>(index)]);
       if (props != parts->second.end()) {
-        apply(props->second);
+        set_attribute(props->second);
       }
     }
   }

@@ -52,6 +52,15 @@ private:
   bool mBefore;
 };
 
+/// An interactor whose loop has ended would end the next one at once.
+void make_ready(GView& view, vtkRenderWindowInteractor& interactor)
+{
+  if (interactor.GetDone()) {
+    view.mouse_xforms();
+    interactor.SetDone(false);
+  }
+}
+
 vtkRenderWindowInteractor* interactor_of(const GView* view)
 {
   vtkRenderWindow* window = view != nullptr ? view->get_render_window() : nullptr;
@@ -258,8 +267,10 @@ void GfxDebugSimple::p_display_to_world_length(double pixels, double& length)
 void GfxDebugSimple::p_mouse_xforms()
 {
   MRUtil::print_info("Entering mouse mode.  Press 'q' in graphics window to exit mouse mode\n");
-  if (vtkRenderWindowInteractor* interactor = interactor_of(this->get_first_view())) {
+  GView* view = this->get_first_view();
+  if (vtkRenderWindowInteractor* interactor = interactor_of(view)) {
     const RenderingAllowed allowed(interactor);
+    make_ready(*view, *interactor);
     interactor->Start();
   }
 }

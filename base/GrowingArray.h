@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 
@@ -93,8 +94,13 @@ protected:
 private:
   [[gnu::noinline]] void grow(vtkIdType size)
   {
+    constexpr vtkIdType smallest = 1024;
+    constexpr vtkIdType small = vtkIdType{1} << 18; // copying costs more here than memory that is not used
     const int num_components = this->GetNumberOfComponents();
-    if (this->Resize((size + num_components - 1) / num_components) == 0) { // at least doubles it
+    const vtkIdType wanted = std::max(smallest, size) / num_components + 1;
+    const vtkIdType present = this->Size / num_components;
+    const vtkIdType more = (this->Size < small ? 3 : 1) * present + 1;
+    if (this->Resize(std::max(wanted - present, more)) == 0) { // VTK adds what is there
       throw std::bad_alloc();
     }
     advise_large_pages(this->Buffer->GetBuffer(), static_cast<std::size_t>(this->Size) * sizeof(Value));

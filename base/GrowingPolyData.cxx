@@ -39,6 +39,21 @@ vtkSmartPointer<vtkCellArray> make_cells()
   return cells;
 }
 
+// What VTK takes a cell for when all it knows is how many points it has and in which array it is.
+int type_by_size(int type, vtkIdType count)
+{
+  switch (type) {
+  case VTK_VERTEX:
+    return count == 1 ? VTK_VERTEX : VTK_POLY_VERTEX;
+  case VTK_LINE:
+    return count == 2 ? VTK_LINE : VTK_POLY_LINE;
+  case VTK_POLYGON:
+    return count == 3 ? VTK_TRIANGLE : count == 4 ? VTK_QUAD : VTK_POLYGON;
+  default:
+    return VTK_EMPTY_CELL;
+  }
+}
+
 template<typename T>
 void mark(T* own, vtkObject& any, const vtkTimeStamp& now)
 {
@@ -62,6 +77,7 @@ vtkSmartPointer<GrowingPolyData> GrowingPolyData::make(ColourBinding binding)
 GrowingPolyData::GrowingPolyData(ColourBinding binding) : mBinding(binding)
 {
   this->Allocate(1, 100);
+  this->Cells = nullptr;
   this->SetVerts(make_cells());
   this->SetLines(make_cells());
   this->SetPolys(make_cells());
@@ -109,9 +125,6 @@ void GrowingPolyData::find_cells()
   if (cells == nullptr) {
     cells = make_cells();
     this->Cells = nullptr;
-  }
-  if (this->Cells == nullptr) {
-    this->BuildCells();
   }
   const bool is_wide = cells->IsStorage64Bit();
   vtkTypeInt64Array* ids = is_wide ? cells->GetConnectivityArray64() : nullptr;
@@ -179,8 +192,7 @@ void GrowingPolyData::make_colours()
 void GrowingPolyData::append_points(const BrantVector* points, vtkIdType count)
 {
   if (mCoordinates == nullptr) {
-    std::for_each(points, points + count,
-                  [this](const BrantVector& point) { mPoints->InsertNextPoint(point.data()); });
+    this->append_foreign_points(points, count);
     return;
   }
   float* to = mCoordinates->extend(3 * count);
@@ -191,15 +203,18 @@ void GrowingPolyData::append_points(const BrantVector* points, vtkIdType count)
   }
 }
 
+void GrowingPolyData::append_foreign_points(const BrantVector* points, vtkIdType count)
+{
+  std::for_each(points, points + count,
+                [this](const BrantVector& point) { mPoints->InsertNextPoint(point.data()); });
+}
+
 template<typename IdOf>
 void GrowingPolyData::append_cell_of(vtkIdType count, IdOf&& id_of)
 {
+  this->note_cell(count);
   if (mTarget.ids == nullptr || mTarget.offsets == nullptr) {
-    const vtkNew<vtkIdList> list;
-    for (vtkIdType i = 0; i < count; ++i) {
-      list->InsertNextId(id_of(i));
-    }
-    this->InsertNextCell(mCellType, list);
+    this->append_foreign_cell(count, id_of);
     return;
   }
   vtkTypeInt64* to = mTarget.ids->extend(count);
@@ -207,7 +222,30 @@ void GrowingPolyData::append_cell_of(vtkIdType count, IdOf&& id_of)
     to[i] = id_of(i);
   }
   mTarget.offsets->push(mTarget.ids->num_values());
-  this->Cells->InsertNextCell(mTarget.offsets->num_values() - 2, static_cast<VTKCellType>(mCellType));
+}
+
+template<typename IdOf>
+void GrowingPolyData::append_foreign_cell(vtkIdType count, IdOf&& id_of)
+{
+  const vtkNew<vtkIdList> list;
+  for (vtkIdType i = 0; i < count; ++i) {
+    list->InsertNextId(id_of(i));
+  }
+  mTarget.cells->InsertNextCell(list);
+}
+
+// Cells by number, with their types, are kept only where they are not what VTK makes of the arrays when it is
+// asked: that is the case for as long as all cells are in one array and of the type for their number of
+// points.
+void GrowingPolyData::note_cell(vtkIdType count)
+{
+  if (this->Cells == nullptr) {
+    if (mBinding == ColourBinding::Cells && type_by_size(mCellType, count) == mCellType) {
+      return;
+    }
+    this->BuildCells();
+  }
+  this->Cells->InsertNextCell(mTarget.cells->GetNumberOfCells(), static_cast<VTKCellType>(mCellType));
 }
 
 void GrowingPolyData::append_cell(vtkIdType first, const int* ids, vtkIdType count)
@@ -241,6 +279,16 @@ void GrowingPolyData::append_colours(const BrantColor& colour, vtkIdType count)
     *to++ = colour.blue();
     *to++ = colour.alpha();
   }
+}
+
+void GrowingPolyData::append_one(int cell_type, const BrantVector* points, vtkIdType count,
+                                 const BrantColor& colour)
+{
+  const vtkIdType first = this->begin(cell_type);
+  this->append_points(points, count);
+  this->append_sequence(first, count);
+  this->append_colours(colour, 1);
+  this->mark_modified();
 }
 
 // One time for all: taking it is what Modified() spends most on.

@@ -27,8 +27,8 @@ enum class ColourBinding
 };
 
 /// Polygon data that grows by single cells at the speed of memory: it writes into its arrays, where VTK's own
-/// operations check and look up each time. What they would have made of it is the same, the type of each cell
-/// included, and to everybody else it is a vtkPolyData, by its class name too.
+/// operations check and look up each time. The result is theirs, the type of each cell included, and to
+/// everybody else it is a vtkPolyData, by its class name too.
 ///
 /// It has points and an array "Color" of 4 unsigned chars as the scalars of its cells or points. Should the
 /// host replace its arrays, it goes on with what is there, through VTK's operations where it must, and makes
@@ -65,6 +65,9 @@ public:
 
   void append_colours(const BrantColor& colour, vtkIdType count);
 
+  /// All of it for one cell of new points.
+  void append_one(int cell_type, const BrantVector* points, vtkIdType count, const BrantColor& colour);
+
   /// Marks the cells of the type, the colours, the points and the whole as modified.
   void mark_modified();
 
@@ -94,6 +97,10 @@ private:
   void find_cells();
   void find_colours();
   void make_colours();
+  void note_cell(vtkIdType count);
+  void append_foreign_points(const BrantVector* points, vtkIdType count);
+  template<typename IdOf>
+  void append_foreign_cell(vtkIdType count, IdOf&& id_of);
   template<typename IdOf>
   void append_cell_of(vtkIdType count, IdOf&& id_of);
 

@@ -5,6 +5,7 @@
 #include "MRUtil.h"
 
 #include <cstdint>
+#include <cstring>
 #include <unordered_set>
 
 #include <vtkDataSet.h>
@@ -86,5 +87,8 @@ GDataGroupEntity* MRUtil::get_back_pointer(vtkDataSet* data_set)
   if (array == nullptr || array->GetNumberOfTuples() == 0) {
     return nullptr;
   }
-  return reinterpret_cast<GDataGroupEntity*>(static_cast<std::uintptr_t>(array->GetValue(0)));
+  const auto address = static_cast<std::uintptr_t>(array->GetValue(0));
+  GDataGroupEntity* entity = nullptr;
+  std::memcpy(&entity, &address, sizeof entity);
+  return entity;
 }

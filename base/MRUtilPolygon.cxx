@@ -8,14 +8,23 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "RingCrossings.h"
+
 #include <GL/glu.h>
 
 namespace {
+
+// Each crossing is a point, and GLU looks at many of them for each: so many take 15 seconds and 300
+// megabytes.
+constexpr double MaxCrossings = 500'000.0;
+// Fewer points cannot have as many.
+constexpr std::size_t MinCrowdedPoints = 1'000;
 
 /// What GLU's callbacks fill. They are called from C, which no exception may cross: the first one waits here,
 /// and nothing is collected after it.
@@ -89,7 +98,10 @@ void collect(Call&& call)
 // An index travels through GLU as a pointer that is never followed.
 void* to_vertex_data(int index)
 {
-  return reinterpret_cast<void*>(static_cast<std::intptr_t>(index));
+  const std::intptr_t number = index;
+  void* vertex_data = nullptr;
+  std::memcpy(&vertex_data, &number, sizeof vertex_data);
+  return vertex_data;
 }
 
 int to_index(void* vertex_data)
@@ -189,15 +201,33 @@ const char* text_of(GLenum error)
   return reinterpret_cast<const char*>(gluErrorString(error));
 }
 
-// What the tessellator must not see; null for a good ring. It crashes on NaN.
+// The tessellator crashes on NaN.
+bool is_finite(const std::vector<double>& ring)
+{
+  return std::all_of(ring.begin(), ring.end(), [](double coordinate) { return std::isfinite(coordinate); });
+}
+
+bool is_too_large(const std::vector<double>& ring)
+{
+  return std::any_of(ring.begin(), ring.end(),
+                     [](double coordinate) { return std::abs(coordinate) > GLU_TESS_MAX_COORD; });
+}
+
+bool is_too_crowded(const std::vector<double>& ring)
+{
+  return ring.size() / 3 > MinCrowdedPoints && morrow::estimate_crossings(ring) > MaxCrossings;
+}
+
+// Why the tessellator must not see the ring; null for a good one.
 const char* error_in(const std::vector<double>& ring)
 {
-  const auto is_finite = [](double coordinate) { return std::isfinite(coordinate); };
-  if (!std::all_of(ring.begin(), ring.end(), is_finite)) {
+  if (!is_finite(ring)) {
     return "a coordinate is not finite";
   }
-  const auto is_too_large = [](double coordinate) { return std::abs(coordinate) > GLU_TESS_MAX_COORD; };
-  return std::any_of(ring.begin(), ring.end(), is_too_large) ? text_of(GLU_TESS_COORD_TOO_LARGE) : nullptr;
+  if (is_too_large(ring)) {
+    return text_of(GLU_TESS_COORD_TOO_LARGE);
+  }
+  return is_too_crowded(ring) ? "the polygon crosses itself too often" : nullptr;
 }
 
 } // namespace

@@ -115,6 +115,12 @@ void MeshArrays::read_grid(vtkUnstructuredGrid& grid)
   this->limit_cells(mParts[0].count);
 }
 
+bool MeshArrays::may_have_own_ids() const
+{
+  auto* data = vtkPolyData::SafeDownCast(&mData);
+  return data != nullptr && !data->NeedToBuildCells();
+}
+
 void MeshArrays::settle_ids(bool may_change_ids)
 {
   auto* data = vtkPolyData::SafeDownCast(&mData);

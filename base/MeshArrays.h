@@ -33,6 +33,9 @@ public:
   /// Whether there are more cells than those.
   [[nodiscard]] bool has_more_cells() const noexcept { return mHasMoreCells; }
 
+  /// Whether it is polygon data whose ids have to be settled.
+  [[nodiscard]] bool may_have_own_ids() const;
+
   /// Finds out, with a look at each cell, whether the cells of polygon data have ids in another order than in
   /// their arrays, or types of their own, as deleted ones have. If so, either gives them the ids of the
   /// arrays, or reads them through the data set from now on.

@@ -20,8 +20,8 @@ class RegionFilter;
 ///
 /// All coordinates are display coordinates: pixels, origin at the window's lower left corner. Of a point, 3
 /// doubles, only x and y are read. Every question is answered for every double; NaN touches nothing unless it
-/// is said otherwise. Nothing here throws. Regions are plain values: they may be copied, and hold no pointer
-/// to anything outside.
+/// is said otherwise. No answer throws, but where it is said so. Regions are plain values: they may be
+/// copied, and hold no pointer to anything outside.
 class MORROW_BASE_EXPORT PickBounds
 {
 public:
@@ -99,7 +99,8 @@ public:
 /// Segment and triangle ask through the virtual functions. The answers are those of trying all triangles and
 /// edges in turn, bit for bit; the first question builds a grid that names the few that matter at a place, in
 /// less than a millisecond for a lasso drawn by hand, so that the time of a question hardly depends on the
-/// number of vertices.
+/// number of vertices. That first question may throw std::bad_alloc, and std::out_of_range when the arrays
+/// were changed by hand to name a vertex that is not there.
 class MORROW_BASE_EXPORT PickPolygon : public PickBounds
 {
 public:

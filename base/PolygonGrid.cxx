@@ -135,6 +135,7 @@ private:
   void add_cells(std::uint32_t triangle, std::size_t row, const Range& outer, const Range& inner);
   void add_edge(std::uint32_t edge);
   void add_direction(std::uint32_t edge);
+  void set_places();
   [[nodiscard]] std::size_t index_in(double position) const;
 
   PolygonGrid& mGrid;
@@ -233,7 +234,19 @@ bool PolygonGrid::Builder::fill()
   mGrid.mTrianglesOf = CellLists(mSide * mSide, mTriangleEntries);
   mGrid.mEdgesOf = CellLists(mSide * mSide, mEdgeEntries);
   mGrid.mEdgesAlong = CellLists(kDirections, mDirectionEntries);
+  set_places();
   return true;
+}
+
+void PolygonGrid::Builder::set_places()
+{
+  mGrid.mPlaces.assign(mSide * mSide, Place::Unknown);
+  for (std::size_t cell = 0; cell < mGrid.mPlaces.size(); ++cell) {
+    const State state = mGrid.mStates[cell];
+    if (state != State::Listed && mGrid.mEdgesOf.is_empty(cell)) {
+      mGrid.mPlaces[cell] = state == State::Inside ? Place::Inside : Place::Outside;
+    }
+  }
 }
 
 std::size_t PolygonGrid::Builder::index_in(double position) const
@@ -462,35 +475,6 @@ bool PolygonGrid::crosses_in_row(const double* p1, const double* p2, std::size_t
     }
   }
   return false;
-}
-
-PolygonGrid::Place PolygonGrid::place_of_box(double xmin, double ymin, double xmax, double ymax) const
-{
-  const double left = (xmin - mX) * mScaleX;
-  const double right = (xmax - mX) * mScaleX;
-  const double bottom = (ymin - mY) * mScaleY;
-  const double top = (ymax - mY) * mScaleY;
-  if (!(left >= 0.0 && bottom >= 0.0 && right < mSide && top < mSide && left <= right && bottom <= top)) {
-    return Place::Unknown;
-  }
-  const auto place_of = [&](std::size_t cell) {
-    if (mStates[cell] == State::Outside && mEdgesOf.is_empty(cell)) {
-      return Place::Outside;
-    }
-    return mStates[cell] == State::Inside && mEdgesOf.is_empty(cell) ? Place::Inside : Place::Unknown;
-  };
-  const auto first_column = static_cast<std::size_t>(left);
-  const auto last_column = static_cast<std::size_t>(right);
-  const auto last_row = static_cast<std::size_t>(top);
-  const Place place = place_of(static_cast<std::size_t>(bottom) * mStride + first_column);
-  for (auto row = static_cast<std::size_t>(bottom); row <= last_row && place != Place::Unknown; ++row) {
-    for (std::size_t column = first_column; column <= last_column; ++column) {
-      if (place_of(row * mStride + column) != place) {
-        return Place::Unknown;
-      }
-    }
-  }
-  return place;
 }
 
 } // namespace morrow

@@ -60,7 +60,18 @@ public:
 
   /// Where the points of a box are, its sides included. What is Outside may still be touched by a segment
   /// along an edge's line, up to rounding.
-  [[nodiscard]] Place place_of_box(double xmin, double ymin, double xmax, double ymax) const;
+  [[nodiscard]] Place place_of_box(double xmin, double ymin, double xmax, double ymax) const
+  {
+    const double left = (xmin - mX) * mScaleX;
+    const double right = (xmax - mX) * mScaleX;
+    const double bottom = (ymin - mY) * mScaleY;
+    const double top = (ymax - mY) * mScaleY;
+    if (!(left >= 0.0 && bottom >= 0.0 && right < mSide && top < mSide && left <= right && bottom <= top)) {
+      return Place::Unknown; // not within the grid, not a number, or inverted
+    }
+    return place_of_cells(static_cast<std::size_t>(left), static_cast<std::size_t>(bottom),
+                          static_cast<std::size_t>(right), static_cast<std::size_t>(top));
+  }
 
   /// Is there a grid, or is everything asked in turn?
   [[nodiscard]] bool has_cells() const { return mStride != 0; }
@@ -97,6 +108,21 @@ private:
     Listed   // some may hold a point of the cell
   };
 
+  /// Of a range of columns and rows, the last ones included.
+  [[nodiscard]] Place place_of_cells(std::size_t left, std::size_t bottom, std::size_t right,
+                                     std::size_t top) const
+  {
+    const Place place = mPlaces[bottom * mStride + left];
+    for (std::size_t row = bottom; row <= top && place != Place::Unknown; ++row) {
+      for (std::size_t column = left; column <= right; ++column) {
+        if (mPlaces[row * mStride + column] != place) {
+          return Place::Unknown;
+        }
+      }
+    }
+    return place;
+  }
+
   [[nodiscard]] bool is_in_listed(const double* p, std::size_t cell) const;
   [[nodiscard]] bool contains_outside(const double* p) const;
   [[nodiscard]] bool crosses_any(const double* p1, const double* p2) const;
@@ -117,6 +143,7 @@ private:
   double mReach = -1.0; // how far from the grid's start the reasoning above holds
   double mShortest = 0.0;
   std::vector<State> mStates;
+  std::vector<Place> mPlaces;
   CellLists mTrianglesOf;
   CellLists mEdgesOf;
   CellLists mEdgesAlong;            // by direction

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 #include "GrowingPolyData.h" // a complete type to delete
 
@@ -34,7 +35,7 @@ struct PrimitiveSlots
   [[nodiscard]] PrimitiveSlot& at(ColourBinding binding, int mode, int kind)
   {
     auto& slots = binding == ColourBinding::Cells ? by_cells : by_points;
-    return slots[static_cast<std::size_t>(mode * NumKinds + kind)];
+    return slots[static_cast<std::size_t>(mode) * NumKinds + static_cast<std::size_t>(kind)];
   }
 
   std::array<PrimitiveSlot, std::size_t{NumModes} * NumKinds> by_cells;

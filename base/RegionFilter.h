@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 #include "PlanarTests.h" // inlined
@@ -64,6 +65,19 @@ public:
   /// within the box touches the region, with the exceptions told at classify(); Inside that
   /// `intersects_with_point` is true for each.
   [[nodiscard]] PolygonGrid::Place place_of_box(double xmin, double ymin, double xmax, double ymax) const;
+
+  /// False when the triangle is not touched, with the exceptions told at classify(): a quick look for those
+  /// that share no side bit and have no corner inside, as most have in the notches of a lasso and beside it.
+  [[nodiscard]] bool may_touch_triangle(const double* a, const double* b, const double* c) const
+  {
+    if (mKind != Kind::Polygon) {
+      return true;
+    }
+    const PolygonGrid::Place place =
+        mGrid->place_of_box(std::min({a[0], b[0], c[0]}), std::min({a[1], b[1], c[1]}),
+                            std::max({a[0], b[0], c[0]}), std::max({a[1], b[1], c[1]}));
+    return place != PolygonGrid::Place::Outside;
+  }
 
   /// `intersects_with_point`, exactly.
   [[nodiscard]] bool contains(const double* p) const

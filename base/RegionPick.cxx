@@ -5,10 +5,11 @@
 #include "BrantBox.h"
 #include "CellBlocks.h"
 #include "CellBlocksCache.h"
+#include "CellFan.h"
 #include "MRPickUtil.h"
 #include "MeshArrays.h"
 #include "PickBounds.h"
-#include "RegionLimits.h"
+#include "RegionFilter.h"
 #include "ScreenProjection.h"
 #include "WindowDepth.h"
 
@@ -20,7 +21,8 @@
 #include <vtkRenderer.h>
 
 #include <algorithm>
-#include <cstring>
+#include <memory>
+#include <utility>
 
 namespace morrow {
 
@@ -39,13 +41,11 @@ struct Run
   Verdict verdict;
 };
 
-/// What is known of a point: bits.
+/// What is known of a point: the region filter's bits and these.
 enum PointFlags : unsigned
 {
-  Sides = RegionLimits::AllSides, // of the region on which it lies
-  Inside = 16,                    // the region holds it
-  Visible = 32,                   // nothing hides it
-  Known = 64                      // the others have been found out
+  Visible = 32, // nothing hides it
+  Known = 64    // all others have been found out
 };
 
 struct DisplayPoint
@@ -53,39 +53,32 @@ struct DisplayPoint
   double at[3];
 };
 
-bool line_touches(const PickBounds& region, const std::vector<DisplayPoint>& points)
+bool line_touches(const RegionFilter& filter, const std::vector<DisplayPoint>& points)
 {
   for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-    if (region.intersects_with_line(points[i].at, points[i + 1].at)) {
+    if (filter.touches_line(points[i].at, points[i + 1].at)) {
       return true;
     }
   }
   return false;
 }
 
-bool fan_touches(const PickBounds& region, const std::vector<DisplayPoint>& points)
+bool fan_touches(const RegionFilter& filter, const std::vector<DisplayPoint>& points)
 {
   for (std::size_t i = 1; i + 1 < points.size(); ++i) {
-    if (region.intersects_with_triangle(points[0].at, points[i].at, points[i + 1].at)) {
+    if (filter.touches_triangle(points[0].at, points[i].at, points[i + 1].at)) {
       return true;
     }
   }
   return false;
 }
 
-bool shape_touches(const PickBounds& region, int type, const std::vector<DisplayPoint>& points)
+bool shape_touches(const RegionFilter& filter, int type, const std::vector<DisplayPoint>& points)
 {
-  switch (type) {
-  case VTK_LINE:
-  case VTK_POLY_LINE:
-    return line_touches(region, points);
-  case VTK_TRIANGLE:
-  case VTK_POLYGON:
-  case VTK_QUAD:
-    return fan_touches(region, points);
-  default:
-    return false;
+  if (type == VTK_LINE || type == VTK_POLY_LINE) {
+    return line_touches(filter, points);
   }
+  return is_fan(type) && fan_touches(filter, points);
 }
 
 /// Answers the question for one data set.
@@ -93,65 +86,55 @@ class RegionCells
 {
 public:
   RegionCells(const RegionQuestion& question, const MeshArrays& mesh, bool has_pointers)
-      : mQuestion(question), mMesh(mesh), mLimits(question.region),
-        mProjection(question.to_view, question.frame), mHasPointers(has_pointers),
-        mFlags(static_cast<std::size_t>(mesh.points()), 0)
+      : mQuestion(question), mMesh(mesh), mFilter(question.region),
+        mProjection(question.to_view, question.frame), mHasPointers(has_pointers)
   {}
 
   /// Whether the cells' parts decide what is recorded, not the whole of them.
   [[nodiscard]] bool takes_parts() const { return mHasPointers || mQuestion.takes_touching_cells; }
 
-  /// Looks at a few cells all over the data set, to see whether all can be accepted.
-  [[nodiscard]] bool sample_is_accepted()
+  /// Whether a few cells all over the data set are accepted: if not, they need not all be.
+  [[nodiscard]] bool accepts_sample()
   {
     constexpr vtkIdType samples = 64;
-    const vtkIdType count = mMesh.cells();
-    for (vtkIdType i = 0; i < std::min(samples, count); ++i) {
-      const vtkIdType cell = count * i / std::min(samples, count);
+    const vtkIdType count = std::min(samples, mMesh.cells());
+    for (vtkIdType i = 0; i < count; ++i) {
+      const vtkIdType cell = mMesh.cells() * i / count;
       this->look_into({cell, cell + 1, Verdict::Open});
-      if (mAccepted <= i) {
-        return false;
-      }
     }
-    mAccepted = 0;
     mHits.clear();
-    return true;
+    return std::exchange(mAccepted, 0) == count;
   }
 
+  /// blocks may be null.
   Hits run(const CellBlocks* blocks)
   {
+    mMayHaveCollapsed = blocks == nullptr || blocks->has_collapsed_cells();
     this->plan(blocks);
-    vtkIdType to_open = 0;
     vtkIdType most = 0;
+    vtkIdType to_open = 0;
     for (const Run& run : mRuns) {
-      to_open += run.verdict == Verdict::Open ? run.last - run.first : 0;
       most += run.verdict != Verdict::Skip ? run.last - run.first : 0;
+      to_open += run.verdict == Verdict::Open ? run.last - run.first : 0;
     }
     if (!this->takes_parts() && most < mMesh.cells()) {
       return {};
     }
+    mHits.reserve(static_cast<std::size_t>(most));
+    if (to_open > 0) {
+      mFlags.reset(new unsigned char[static_cast<std::size_t>(mMesh.points())]());
+    }
     if (to_open > mMesh.cells() / 2 && mMesh.connectivity_size() >= mMesh.points()) {
       this->look_at_all_points();
     }
-    mHits.reserve(static_cast<std::size_t>(most));
-    for (const Run& run : mRuns) {
-      const vtkIdType rest = mAccepted;
-      if (run.verdict == Verdict::Take) {
-        this->take(run);
-      } else if (run.verdict == Verdict::Open) {
-        this->look_into(run);
-      }
-      if (!this->takes_parts() && mAccepted - rest < run.last - run.first) {
-        return {};
-      }
-    }
-    return mAccepted > 0 && (this->takes_parts() || !mMesh.has_more_cells()) ? std::move(mHits) : Hits();
+    return this->look_into_runs() ? std::move(mHits) : Hits();
   }
 
 private:
   void plan(const CellBlocks* blocks)
   {
-    if (blocks == nullptr || blocks->are_scattered() || blocks->has_empty_cells()) {
+    const bool hides_cells = mQuestion.takes_touching_cells && mMayHaveCollapsed;
+    if (blocks == nullptr || blocks->are_scattered() || blocks->has_empty_cells() || hides_cells) {
       mRuns.push_back({0, mMesh.cells(), Verdict::Open});
       return;
     }
@@ -169,21 +152,41 @@ private:
   [[nodiscard]] Verdict judge(const BlockBox& box) const
   {
     ScreenBox screen;
-    double margin = 0.0;
-    if (!mProjection.project(box, screen, margin)) {
+    if (!mFilter.is_known() || !mProjection.project(box, screen)) {
       return Verdict::Open;
     }
-    if (mLimits.excludes(screen, margin)) {
+    switch (mFilter.place_of_box(screen.lower[0], screen.lower[1], screen.upper[0], screen.upper[1])) {
+    case PolygonGrid::Place::Outside:
       return Verdict::Skip;
+    case PolygonGrid::Place::Inside:
+      return mQuestion.depth == nullptr ? Verdict::Take : Verdict::Open;
+    default:
+      return Verdict::Open;
     }
-    return mQuestion.depth == nullptr && mLimits.holds(screen, margin) ? Verdict::Take : Verdict::Open;
+  }
+
+  /// False when nothing is to be recorded.
+  [[nodiscard]] bool look_into_runs()
+  {
+    for (const Run& run : mRuns) {
+      const vtkIdType before = mAccepted;
+      if (run.verdict == Verdict::Take) {
+        this->take(run);
+      } else if (run.verdict == Verdict::Open) {
+        this->look_into(run);
+      }
+      if (!this->takes_parts() && mAccepted - before < run.last - run.first) {
+        return false;
+      }
+    }
+    return mAccepted > 0 && (this->takes_parts() || !mMesh.has_more_cells());
   }
 
   void look_at_all_points()
   {
     mMesh.with_points([this](const auto* xyz) {
-      for (std::size_t i = 0; i < mFlags.size(); ++i) {
-        mFlags[i] = static_cast<unsigned char>(this->look_at(xyz + 3 * i));
+      for (vtkIdType i = 0; i < mMesh.points(); ++i) {
+        mFlags[static_cast<std::size_t>(i)] = static_cast<unsigned char>(this->look_at(xyz + 3 * i));
       }
     });
   }
@@ -193,8 +196,7 @@ private:
   {
     double at[3];
     mProjection.project(point, at);
-    unsigned flags = Known | mLimits.sides_of(at);
-    flags |= mLimits.contains(at) ? Inside : 0U;
+    unsigned flags = Known | mFilter.classify(at);
     if (mQuestion.depth != nullptr) {
       const bool has_depth = mQuestion.takes_touching_cells || (at[2] >= 0.0 && at[2] < 1.0);
       flags |= has_depth && mQuestion.depth->shows(at[0], at[1], at[2]) ? Visible : 0U;
@@ -227,23 +229,36 @@ private:
     });
   }
 
+  template<typename Number>
+  [[nodiscard]] unsigned flags_of(vtkIdType id, const Number* xyz)
+  {
+    if (mFlags == nullptr) {
+      return this->look_at(xyz + 3 * id);
+    }
+    unsigned char& known = mFlags[static_cast<std::size_t>(id)];
+    if (known == 0) {
+      known = static_cast<unsigned char>(this->look_at(xyz + 3 * id));
+    }
+    return known;
+  }
+
   template<typename Number, typename Id>
   void look_at_cell(std::int32_t id, int type, vtkIdType count, const Id* ids, const Number* xyz)
   {
     unsigned of_all = ~0U;
     unsigned of_any = 0;
     for (vtkIdType i = 0; i < count; ++i) {
-      unsigned char& known = mFlags[static_cast<std::size_t>(ids[i])];
-      if (known == 0) {
-        known = static_cast<unsigned char>(this->look_at(xyz + 3 * static_cast<vtkIdType>(ids[i])));
-      }
-      of_all &= known;
-      of_any |= known;
+      const unsigned flags = this->flags_of(static_cast<vtkIdType>(ids[i]), xyz);
+      of_all &= flags;
+      of_any |= flags;
     }
-    const bool is_inside = (of_any & Inside) != 0;
-    bool is_accepted = (of_all & Inside) != 0;
+    const bool is_inside = (of_any & RegionFilter::Inside) != 0;
+    bool is_accepted = (of_all & RegionFilter::Inside) != 0;
     if (mQuestion.takes_touching_cells) {
-      is_accepted = is_inside || ((of_all & Sides) == 0 && this->shape_touches(type, count, ids, xyz));
+      // A fan with a triangle of no extent counts as touching whatever its place is.
+      const bool may_touch = (of_all & RegionFilter::Sides) == 0 ||
+                             (mMayHaveCollapsed && is_fan(type) && has_collapsed_triangle(count, ids, xyz));
+      is_accepted = is_inside || (may_touch && count > 0 && this->shape_touches(type, count, ids, xyz));
     }
     mAccepted += is_accepted ? 1 : 0;
     if (is_accepted || (mHasPointers && is_inside)) {
@@ -258,15 +273,16 @@ private:
     for (vtkIdType i = 0; i < count; ++i) {
       mProjection.project(xyz + 3 * static_cast<vtkIdType>(ids[i]), mCorners[static_cast<std::size_t>(i)].at);
     }
-    return morrow::shape_touches(mQuestion.region, type, mCorners);
+    return morrow::shape_touches(mFilter, type, mCorners);
   }
 
   const RegionQuestion& mQuestion;
   const MeshArrays& mMesh;
-  RegionLimits mLimits;
+  RegionFilter mFilter;
   ScreenProjection mProjection;
   bool mHasPointers;
-  std::vector<unsigned char> mFlags; // of the points, 0 while not known
+  bool mMayHaveCollapsed = true;
+  std::unique_ptr<unsigned char[]> mFlags; // of the points, 0 while not known; null: not kept
   std::vector<Run> mRuns;
   std::vector<DisplayPoint> mCorners; // scratch
   vtkIdType mAccepted = 0;
@@ -300,7 +316,11 @@ std::vector<MultiCellPicker::SubCellPick> cells_in_region(const RegionQuestion& 
     return {};
   }
   RegionCells cells(question, mesh, has_pointers);
-  return cells.run(cache.blocks_of(data, mesh, false).get());
+  if (!cells.takes_parts() && !mesh.may_have_own_ids() && !cells.accepts_sample()) {
+    return {};
+  }
+  const std::shared_ptr<const CellBlocks> blocks = cache.blocks_of(data, mesh, false);
+  return cells.run(blocks.get());
 }
 
 } // namespace morrow

@@ -20,9 +20,10 @@ ScreenProjection::ScreenProjection(const vtkMatrix4x4& to_view, const ScreenFram
   }
 }
 
-bool ScreenProjection::project(const BlockBox& box, ScreenBox& screen, double& margin) const noexcept
+bool ScreenProjection::project(const BlockBox& box, ScreenBox& screen) const noexcept
 {
   constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr double farthest = 1.0e6;   // pixels
   constexpr double rounding = 1.0e-14; // of the largest number that takes part
   double sizes[4];                     // of the terms that a coordinate is the sum of
   for (int i = 0; i < 4; ++i) {
@@ -49,8 +50,13 @@ bool ScreenProjection::project(const BlockBox& box, ScreenBox& screen, double& m
   }
   const double reach = std::max({-screen.lower[0], -screen.lower[1], screen.upper[0], screen.upper[1]});
   const double span = std::abs(mSpan[0]) + std::abs(mSpan[1]);
-  margin = rounding * ((std::max(sizes[0], sizes[1]) * span + sizes[3] * (reach + span)) / nearest + reach);
-  return nearest > 1.0e-9 * sizes[3] && sizes[3] < infinity && reach < RegionLimits::Farthest && margin < 1.0;
+  const double margin =
+      rounding * ((std::max(sizes[0], sizes[1]) * span + sizes[3] * (reach + span)) / nearest + reach);
+  for (int axis = 0; axis < 2; ++axis) {
+    screen.lower[axis] -= margin;
+    screen.upper[axis] += margin;
+  }
+  return nearest > 1.0e-9 * sizes[3] && sizes[3] < infinity && reach < farthest && margin < 1.0;
 }
 
 } // namespace morrow

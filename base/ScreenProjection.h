@@ -4,11 +4,17 @@
 
 #include "CellBlocks.h"      // BlockBox
 #include "DepthProjection.h" // ScreenFrame
-#include "RegionLimits.h"    // ScreenBox
 
 class vtkMatrix4x4;
 
 namespace morrow {
+
+/// A rectangle on the screen, in pixels.
+struct ScreenBox
+{
+  double lower[2];
+  double upper[2];
+};
 
 /// Projects the points of a data set to the screen, with the operations of vtkMatrix4x4::MultiplyPoint() and
 /// MRPickUtil::view_to_display() in their order, so that the numbers are the same to the last bit.
@@ -33,9 +39,9 @@ public:
     screen[2] = view[2] / view[3];
   }
 
-  /// Where everything in the box is projected to: between the corners of screen, to within margin pixels.
-  /// False when some of it lies behind the eye, or so near to it or so far out that this cannot be told.
-  [[nodiscard]] bool project(const BlockBox& box, ScreenBox& screen, double& margin) const noexcept;
+  /// Where everything in the box is projected to, with what rounding may add. False when some of it lies
+  /// behind the eye, or so near to it or so far out that this cannot be told.
+  [[nodiscard]] bool project(const BlockBox& box, ScreenBox& screen) const noexcept;
 
 private:
   double mMatrix[4][4];

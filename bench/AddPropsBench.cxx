@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 
 // Adding props to a view and removing them, beside vtkRenderer::AddViewProp and RemoveViewProp on the same
-// props in the same order. "vtk/ours" is how many times as long VTK's way takes, both measured in this run;
-// its times grow with the square, so the largest size has no such counter. Needs no display.
+// props in the same order. VTK's times grow with the square, so the largest size is without them. Needs no
+// display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "GModel.h"
 #include "GView.h"
@@ -20,8 +21,9 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
-#include <utility>
+#include <string>
 #include <vector>
 
 using morrow_bench::wall_seconds;
@@ -149,29 +151,35 @@ double time_removing(const Props& props, const Props& leaving)
   return wall_seconds([&] { contender.remove(leaving); });
 }
 
-// Google Benchmark calls each function several times; the slow one of the two is measured in one of them.
-template<typename Measure>
-double once_for(const benchmark::State& state, std::map<std::int64_t, double>& known, Measure&& measure)
-{
-  const auto found = known.find(state.range(0));
-  return found != known.end() ? found->second : known.emplace(state.range(0), measure()).first->second;
-}
+/// The times of VTK's way, of which a benchmark measures each once.
+using Known = std::map<std::int64_t, double>;
 
 template<typename Ours, typename Vtk>
-void compare(benchmark::State& state, std::map<std::int64_t, double>& vtk_times, Ours&& ours, Vtk&& vtk)
+void compare(benchmark::State& state, morrow_bench::Case row, Known& vtk_times, Ours&& ours, Vtk&& vtk)
 {
-  double total = 0.0;
+  std::vector<double> times;
   for (auto _ : state) {
     const double time = ours();
     state.SetIterationTime(time);
-    total += time;
+    times.push_back(time);
   }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+  row.ours = morrow_bench::median(times);
+  row.peer_name = "vtkRenderer";
   if (state.range(0) <= LargestForVtk) {
-    const double vtk_time = once_for(state, vtk_times, vtk);
-    state.counters["vtk_s"] = vtk_time;
-    state.counters["vtk/ours"] = vtk_time * static_cast<double>(state.iterations()) / total;
+    row.peer = morrow_bench::once_for(state.range(0), vtk_times, vtk);
   }
+  report(state, row);
+}
+
+/// The gain grows with the number; the target is that of the largest one that VTK is measured with.
+morrow_bench::Case named(const benchmark::State& state, const std::string& name, std::optional<double> target)
+{
+  morrow_bench::Case row;
+  row.name = name;
+  if (state.range(0) == LargestForVtk) {
+    row.targets.peer = target;
+  }
+  return row;
 }
 
 // ---------------------------------------------------------------------------------------------------------
@@ -179,22 +187,32 @@ void compare(benchmark::State& state, std::map<std::int64_t, double>& vtk_times,
 
 void add_props(benchmark::State& state, Heap heap)
 {
-  static std::map<Heap, std::map<std::int64_t, double>> vtk_times;
+  static std::map<Heap, Known> vtk_times;
   const Props props = make_actors(state.range(0));
   const HeapHoles holes(heap, state.range(0));
+  const std::string name = heap == Heap::Scattered ? "adding props, scattered heap" : "adding props";
   compare(
-      state, vtk_times[heap], [&] { return time_adding<ThroughView>(props); },
+      state, named(state, name, 50.0), vtk_times[heap], [&] { return time_adding<ThroughView>(props); },
       [&] { return time_adding<ThroughVtk>(props); });
 }
 
-void remove_props(benchmark::State& state, Heap heap, Order order)
+struct Removal
 {
-  static std::map<std::pair<Heap, Order>, std::map<std::int64_t, double>> vtk_times;
+  const char* name;
+  Heap heap;
+  Order order;
+  std::optional<double> target;
+};
+
+void remove_props(benchmark::State& state, const Removal& removal)
+{
+  static std::map<std::string, Known> vtk_times;
   const Props props = make_actors(state.range(0));
-  const Props leaving = in_order(props, order);
-  const HeapHoles holes(heap, state.range(0));
+  const Props leaving = in_order(props, removal.order);
+  const HeapHoles holes(removal.heap, state.range(0));
   compare(
-      state, vtk_times[{heap, order}], [&] { return time_removing<ThroughView>(props, leaving); },
+      state, named(state, removal.name, removal.target), vtk_times[removal.name],
+      [&] { return time_removing<ThroughView>(props, leaving); },
       [&] { return time_removing<ThroughVtk>(props, leaving); });
 }
 
@@ -257,9 +275,10 @@ double time_clearing(std::int64_t num_parts)
 
 void clear_model(benchmark::State& state)
 {
-  static std::map<std::int64_t, double> vtk_times;
+  static Known vtk_times;
   compare(
-      state, vtk_times, [&] { return time_clearing<ModelInView>(state.range(0)); },
+      state, named(state, "clearing a model with one prop a part", 50.0), vtk_times,
+      [&] { return time_clearing<ModelInView>(state.range(0)); },
       [&] { return time_clearing<PlainModel>(state.range(0)); });
 }
 
@@ -270,10 +289,18 @@ void sizes(benchmark::internal::Benchmark* benchmark)
 
 BENCHMARK_CAPTURE(add_props, fresh_heap, Heap::Fresh)->Apply(sizes);
 BENCHMARK_CAPTURE(add_props, scattered_heap, Heap::Scattered)->Apply(sizes);
-BENCHMARK_CAPTURE(remove_props, first_to_last, Heap::Fresh, Order::First)->Apply(sizes);
-BENCHMARK_CAPTURE(remove_props, last_to_first, Heap::Fresh, Order::Last)->Apply(sizes);
-BENCHMARK_CAPTURE(remove_props, any_order, Heap::Fresh, Order::Any)->Apply(sizes);
-BENCHMARK_CAPTURE(remove_props, any_order_scattered_heap, Heap::Scattered, Order::Any)->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, first_to_last,
+                  Removal{"removing props, first to last", Heap::Fresh, Order::First, {}})
+    ->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, last_to_first,
+                  Removal{"removing props, last to first", Heap::Fresh, Order::Last, 50.0})
+    ->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, any_order,
+                  Removal{"removing props, any order", Heap::Fresh, Order::Any, 50.0})
+    ->Apply(sizes);
+BENCHMARK_CAPTURE(remove_props, any_order_scattered_heap,
+                  Removal{"removing props, any order, scattered heap", Heap::Scattered, Order::Any, 50.0})
+    ->Apply(sizes);
 BENCHMARK(clear_model)->Apply(sizes);
 
 } // namespace

@@ -6,10 +6,16 @@
 #include <vtkNew.h>
 #include <vtkSmartPointer.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <ctime>
+#include <fstream>
+#include <map>
+#include <string>
 #include <vector>
 
 /// What benchmarks share.
@@ -39,6 +45,51 @@ inline double median(std::vector<double> times)
   const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
   std::nth_element(times.begin(), middle, times.end());
   return *middle;
+}
+
+/// The median processor time of so many calls, in seconds.
+template<typename Call>
+double median_seconds(Call&& call, int runs)
+{
+  std::vector<double> times;
+  for (int i = 0; i < runs; ++i) {
+    times.push_back(processor_seconds(call));
+  }
+  return median(times);
+}
+
+/// What measure() gives for this size, measured the first time only: Google Benchmark calls each function
+/// several times, which is once too often for a slow contender.
+template<typename Measure>
+double once_for(std::int64_t size, std::map<std::int64_t, double>& known, Measure&& measure)
+{
+  const auto found = known.find(size);
+  return found != known.end() ? found->second : known.emplace(size, measure()).first->second;
+}
+
+/// A line of this process's status as the system keeps it, in KiB; 0 where there is none.
+inline double status_kib(const std::string& name)
+{
+  std::ifstream status("/proc/self/status");
+  std::string word;
+  double value = 0.0;
+  while (status >> word) {
+    if (word == name + ":" && status >> value) {
+      return value;
+    }
+  }
+  return 0.0;
+}
+
+/// How far the call raises the memory of this process, in KiB; 0 where the system does not tell.
+template<typename Call>
+double peak_kib(Call&& call)
+{
+  malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << "5"; // the peak starts anew
+  const double before = status_kib("VmRSS");
+  call();
+  return std::max(0.0, status_kib("VmHWM") - before);
 }
 
 /// Two triangles for each of these squares of a grid of side x side, whose (side + 1) x (side + 1) points are

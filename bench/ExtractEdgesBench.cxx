@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 
 // Unique edges of a mesh, beside the literal way (VTK's edge table, cell by cell) and vtkExtractEdges with
-// all points kept, on the same mesh. "literal/ours" and "vtk/ours" are how many times as long they take;
-// "memory/literal" is the peak memory of a run beside the literal one's. The results are compared. Needs no
+// all points kept, on the same mesh, with the peak memory of a run. The results are compared. Needs no
 // display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "GExtractEdges.h"
 #include "LiteralExtractEdges.h"
@@ -21,19 +21,19 @@
 #include <vtkPolyData.h>
 #include <vtkUnstructuredGrid.h>
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
 #include <numeric>
 #include <random>
 #include <string>
 #include <vector>
 
 using morrow_bench::median;
+using morrow_bench::median_seconds;
+using morrow_bench::peak_kib;
 using morrow_bench::processor_seconds;
+using morrow_bench::Targets;
 
 namespace {
 
@@ -147,42 +147,7 @@ bool are_equal(vtkPolyData& a, vtkPolyData& b)
 // ---------------------------------------------------------------------------------------------------------
 // Measuring
 
-template<typename Call>
-double median_seconds(Call&& call, int runs)
-{
-  std::vector<double> times;
-  for (int i = 0; i < runs; ++i) {
-    times.push_back(processor_seconds(call));
-  }
-  return median(times);
-}
-
-/// A line of this process's status as the system keeps it, in KiB; 0 where there is none.
-double status_kib(const std::string& name)
-{
-  std::ifstream status("/proc/self/status");
-  std::string word;
-  double value = 0.0;
-  while (status >> word) {
-    if (word == name + ":" && status >> value) {
-      return value;
-    }
-  }
-  return 0.0;
-}
-
-/// How far the call raises the memory of this process, in KiB; 0 where the system does not tell.
-template<typename Call>
-double peak_kib(Call&& call)
-{
-  malloc_trim(0);
-  std::ofstream("/proc/self/clear_refs") << "5"; // the peak starts anew
-  const double before = status_kib("VmRSS");
-  call();
-  return std::max(0.0, status_kib("VmHWM") - before);
-}
-
-void run(benchmark::State& state, vtkPointSet* input)
+void run(benchmark::State& state, const char* name, vtkPointSet* input, const Targets& targets)
 {
   if (!are_equal(*ours(input), *literal(input))) {
     state.SkipWithError("the results differ");
@@ -194,32 +159,41 @@ void run(benchmark::State& state, vtkPointSet* input)
     state.SetIterationTime(time);
     times.push_back(time);
   }
-  const double own = median(times);
   constexpr int runs = 5;
-  state.counters["literal/ours"] = median_seconds([&] { literal(input); }, runs) / own;
-  state.counters["vtk/ours"] = median_seconds([&] { vtks(input); }, runs) / own;
-  const double own_peak = peak_kib([&] { ours(input); });
-  const double literal_peak = peak_kib([&] { literal(input); });
-  if (literal_peak > 0.0) {
-    state.counters["memory/literal"] = own_peak / literal_peak;
-  }
-  state.counters["cells/s"] =
-      benchmark::Counter(static_cast<double>(input->GetNumberOfCells()) / own, benchmark::Counter::kDefaults);
+  morrow_bench::Case row;
+  row.name = name;
+  row.ours = median(times);
+  row.literal = median_seconds([&] { literal(input); }, runs);
+  row.peer_name = "vtkExtractEdges";
+  row.peer = median_seconds([&] { vtks(input); }, runs);
+  row.peak = peak_kib([&] { ours(input); });
+  row.literal_peak = peak_kib([&] { literal(input); });
+  row.targets = targets;
+  report(state, row);
+}
+
+Targets targets_of(const benchmark::State& state, double literal, double peer)
+{
+  constexpr std::int64_t smallest = 200'000;
+  constexpr double memory = 0.75;
+  return morrow_bench::from_size(state, smallest, {literal, peer, memory});
 }
 
 void Triangles(benchmark::State& state)
 {
-  run(state, triangles(state.range(0), Order::OfTheMesh));
+  run(state, "edges of triangles", triangles(state.range(0), Order::OfTheMesh),
+      targets_of(state, 20.0, 15.0));
 }
 
 void TrianglesInRandomOrder(benchmark::State& state)
 {
-  run(state, triangles(state.range(0), Order::Random));
+  run(state, "edges of triangles in random order", triangles(state.range(0), Order::Random),
+      targets_of(state, 12.0, 12.0));
 }
 
 void Hexahedra(benchmark::State& state)
 {
-  run(state, hexahedra(state.range(0)));
+  run(state, "edges of hexahedra", hexahedra(state.range(0)), targets_of(state, 12.0, 12.0));
 }
 
 } // namespace

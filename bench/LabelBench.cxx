@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 
 // Adding labels to a label mapper and removing them in random order, beside two plain ways: vectors from
-// which each removed label is erased, and a vtkTextMapper for each label. "ours/vectors" and
-// "ours/textmappers" are ratios of times measured in this run. Needs no display.
+// which each removed label is erased, and a vtkTextMapper for each label. Needs no display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "BrantColor.h"
 #include "BrantVector.h"
@@ -25,6 +25,7 @@
 #include <string>
 #include <vector>
 
+using morrow_bench::once_for;
 using morrow_bench::wall_seconds;
 
 namespace {
@@ -146,47 +147,41 @@ double time_adding_and_removing(const std::vector<long long>& keys)
 // Benchmarks
 
 template<typename Measure>
-double average(benchmark::State& state, Measure&& measure)
+double median_time(benchmark::State& state, Measure&& measure)
 {
-  double total = 0.0;
+  std::vector<double> times;
   for (auto _ : state) {
-    const double time = measure();
-    state.SetIterationTime(time);
-    total += time;
+    times.push_back(measure());
+    state.SetIterationTime(times.back());
   }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-  return total / static_cast<double>(state.iterations());
-}
-
-// Google Benchmark calls each function several times; the slow contender is measured in one of them.
-template<typename Measure>
-double once_for(const benchmark::State& state, std::map<std::int64_t, double>& known, Measure&& measure)
-{
-  const auto found = known.find(state.range(0));
-  return found != known.end() ? found->second : known.emplace(state.range(0), measure()).first->second;
+  return morrow_bench::median(times);
 }
 
 void add_labels(benchmark::State& state)
 {
   static std::map<std::int64_t, double> known;
-  const double ours = average(state, [&] { return time_adding<Ours>(state.range(0)); });
-  if (state.range(0) <= LargestForTextMappers) {
-    const double plain = once_for(state, known, [&] { return time_adding<TextMappers>(state.range(0)); });
-    state.counters["textmappers_s"] = plain;
-    state.counters["textmappers/ours"] = plain / ours;
+  const std::int64_t count = state.range(0);
+  morrow_bench::Case row;
+  row.name = "adding labels";
+  row.ours = median_time(state, [count] { return time_adding<Ours>(count); });
+  row.peer_name = "vtkTextMapper";
+  if (count <= LargestForTextMappers) {
+    row.peer = once_for(count, known, [count] { return time_adding<TextMappers>(count); });
   }
+  report(state, row);
 }
 
 void add_and_remove_labels(benchmark::State& state)
 {
   static std::map<std::int64_t, double> known;
   const std::vector<long long> keys = shuffled_keys(state.range(0));
-  const double ours = average(state, [&] { return time_adding_and_removing<Ours>(keys); });
+  morrow_bench::Case row;
+  row.name = "adding and removing labels";
+  row.ours = median_time(state, [&] { return time_adding_and_removing<Ours>(keys); });
   if (state.range(0) <= LargestForVectors) {
-    const double plain = once_for(state, known, [&] { return time_adding_and_removing<Vectors>(keys); });
-    state.counters["vectors_s"] = plain;
-    state.counters["vectors/ours"] = plain / ours;
+    row.literal = once_for(state.range(0), known, [&] { return time_adding_and_removing<Vectors>(keys); });
   }
+  report(state, row);
 }
 
 void sizes(benchmark::internal::Benchmark* benchmark)

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 
 // Silhouette edges of a mesh as the camera goes round it, beside the literal way and vtkPolyDataSilhouette.
-// "literal/ours" and "vtk/ours" are how many times as long they take for a view; "allocations" is how many
-// pieces of memory ours asks for in one. VTK's first view, for which it finds the neighbours of all cells,
-// does not count. Ours and the literal version are compared view by view, bit for bit. Needs no display.
+// The times are those of one view; "allocations" is how many pieces of memory ours asks for in one. VTK's
+// first view, for which it finds the neighbours of all cells, does not count. Ours and the literal version
+// are compared view by view, bit for bit. Needs no display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "CountedAllocations.h"
 #include "GSilhouetteMapper.h"
@@ -101,7 +102,7 @@ private:
 };
 
 template<typename Call>
-double median_seconds(Journey& journey, Call&& call)
+double median_seconds_on(Journey& journey, Call&& call)
 {
   constexpr int views = 11;
   std::vector<double> times;
@@ -117,7 +118,7 @@ bool are_same(const std::vector<float>& a, const std::vector<float>& b)
   return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
 }
 
-void run(benchmark::State& state, vtkPolyData* data)
+void run(benchmark::State& state, const char* name, vtkPolyData* data)
 {
   Journey journey;
   vtkNew<GSilhouetteMapper> mapper;
@@ -156,26 +157,29 @@ void run(benchmark::State& state, vtkPolyData* data)
     state.SetIterationTime(time);
     times.push_back(time);
   }
-  const double own = median(times);
-  state.counters["literal/ours"] =
-      median_seconds(journey,
-                     [&] { morrow_test::LiteralSilhouette::run(journey.matrix(), data, expected); }) /
-      own;
-  state.counters["vtk/ours"] = median_seconds(journey, [&] { vtks->Update(); }) / own;
+  morrow_bench::Case row;
+  row.name = name;
+  row.ours = median(times);
+  row.literal = median_seconds_on(
+      journey, [&] { morrow_test::LiteralSilhouette::run(journey.matrix(), data, expected); });
+  row.peer_name = "vtkPolyDataSilhouette";
+  row.peer = median_seconds_on(journey, [&] { vtks->Update(); });
+  constexpr std::int64_t large = 1'000'000;
+  row.targets = morrow_bench::from_size(state, large, {3.3, 8.0, {}});
+  report(state, row);
   state.counters["allocations"] =
       benchmark::Counter(static_cast<double>(allocations), benchmark::Counter::kAvgIterations);
   state.counters["edges"] = static_cast<double>(edges.size()) / 6.0;
-  state.counters["triangles/s"] = static_cast<double>(data->GetNumberOfPolys()) / own;
 }
 
 void Sphere(benchmark::State& state)
 {
-  run(state, triangles(state.range(0), sphere));
+  run(state, "silhouette of a sphere", triangles(state.range(0), sphere));
 }
 
 void HeightField(benchmark::State& state)
 {
-  run(state, triangles(state.range(0), height_field));
+  run(state, "silhouette of a height field", triangles(state.range(0), height_field));
 }
 
 } // namespace

@@ -29,8 +29,8 @@ commands=(cmake g++ ninja pkg-config Xvfb xauth xdpyinfo)
 case ${1:-} in
 '') ;;
 --ci)
-  packages+=(clang clang-format clang-tidy gcovr git libclang-rt-14-dev shellcheck)
-  commands+=(clang++ clang-format clang-tidy gcovr git shellcheck)
+  packages+=(clang clang-format clang-tidy gcovr git libclang-rt-14-dev shellcheck valgrind)
+  commands+=(clang++ clang-format clang-tidy gcovr git shellcheck valgrind)
   ;;
 *)
   echo "usage: bootstrap.sh [--ci]" >&2

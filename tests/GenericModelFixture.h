@@ -12,11 +12,17 @@
 #include <vtkCellType.h>
 #include <vtkDataSetAttributes.h>
 #include <vtkIdList.h>
+#include <vtkMapper.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkPoints.h>
 #include <vtkUnsignedCharArray.h>
 
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <set>
 #include <vector>
 
 /// What the tests of generic models share.
@@ -101,6 +107,24 @@ inline void PrintTo(const Cell& cell, std::ostream* out)
   }
   points.resize(static_cast<std::size_t>(count));
   return points;
+}
+
+/// The actors that a view shows, in the order of its props.
+[[nodiscard]] inline std::vector<vtkActor*> actors_of(const GView& view)
+{
+  std::vector<vtkActor*> actors;
+  for (vtkProp* prop : shown(view)) {
+    if (auto* actor = vtkActor::SafeDownCast(prop)) {
+      actors.push_back(actor);
+    }
+  }
+  return actors;
+}
+
+/// The data of a view's first actor, which is a part.
+[[nodiscard]] inline vtkPolyData* part_of(const GView& view)
+{
+  return vtkPolyData::SafeDownCast(actors_of(view).at(0)->GetMapper()->GetInputDataObject(0, 0));
 }
 
 /// How many props a view would show of the model, besides labels.

@@ -552,6 +552,27 @@ TEST_F(GfxDebugSimpleRenderTest, APixelIsAsLongAsTheFirstViewShowsIt)
   EXPECT_EQ(length, 1.0);
 }
 
+// The loop of VTK's own interactor, which a timer leaves.
+TEST_F(GfxDebugSimpleRenderTest, TheMouseModeCanBeEnteredAgain)
+{
+  const PrintCapture printed;
+  const vtkNew<vtkRenderWindowInteractor> interactor;
+  interactor->SetRenderWindow(mView->get_render_window());
+  interactor->Initialize();
+  int ticks = 0;
+  const EventHook leave(interactor, vtkCommand::TimerEvent, [&] {
+    if (++ticks % 3 == 0) {
+      interactor->TerminateApp();
+    }
+  });
+  const int timer = interactor->CreateRepeatingTimer(10);
+  mDrawing.p_mouse_xforms();
+  EXPECT_EQ(ticks, 3);
+  mDrawing.p_mouse_xforms();
+  EXPECT_EQ(ticks, 6);
+  interactor->DestroyTimer(timer);
+}
+
 TEST_F(GfxDebugSimpleRenderTest, NothingIsRenderedWhileGraphicsAreDisabled)
 {
   mView->render();

@@ -14,18 +14,18 @@ namespace {
 using morrow::IndexRuns;
 using Fault = IndexRuns::Fault;
 
-struct Run
+struct Found
 {
   int number;
   std::vector<int> ids;
 };
 
-bool operator==(const Run& a, const Run& b)
+bool operator==(const Found& a, const Found& b)
 {
   return a.number == b.number && a.ids == b.ids;
 }
 
-void PrintTo(const Run& run, std::ostream* out)
+void PrintTo(const Found& run, std::ostream* out)
 {
   *out << run.number << ':';
   for (const int id : run.ids) {
@@ -35,7 +35,7 @@ void PrintTo(const Run& run, std::ostream* out)
 
 struct Reading
 {
-  std::vector<Run> runs;
+  std::vector<Found> runs;
   int num_broken;
   Fault first_fault;
   int first_broken;
@@ -58,7 +58,7 @@ Reading read(const std::vector<int>& list, int num_points = 4, int smallest = 2)
 TEST(IndexRunsTest, ReadsRunsInOrder)
 {
   const Reading reading = read({2, 0, 1, 3, 3, 2, 1});
-  EXPECT_EQ(reading.runs, (std::vector<Run>{{0, {0, 1}}, {1, {3, 2, 1}}}));
+  EXPECT_EQ(reading.runs, (std::vector<Found>{{0, {0, 1}}, {1, {3, 2, 1}}}));
   EXPECT_EQ(reading.num_broken, 0);
   EXPECT_EQ(reading.first_fault, Fault::None);
   EXPECT_EQ(reading.first_broken, -1);
@@ -78,7 +78,7 @@ TEST(IndexRunsTest, PassesOverRunsWithNumbersOutOfRange)
 {
   for (const int bad : {4, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
     const Reading reading = read({2, 0, 1, 2, bad, 1, 2, 2, 3, 3, 0, 1, bad});
-    EXPECT_EQ(reading.runs, (std::vector<Run>{{0, {0, 1}}, {2, {2, 3}}})) << bad;
+    EXPECT_EQ(reading.runs, (std::vector<Found>{{0, {0, 1}}, {2, {2, 3}}})) << bad;
     EXPECT_EQ(reading.num_broken, 2);
     EXPECT_EQ(reading.first_fault, Fault::NumberOutOfRange);
     EXPECT_EQ(reading.first_broken, 1);
@@ -88,7 +88,7 @@ TEST(IndexRunsTest, PassesOverRunsWithNumbersOutOfRange)
 TEST(IndexRunsTest, PassesOverRunsThatAreTooShort)
 {
   const Reading reading = read({0, 1, 0, 2, 0, 1, 0}, 4, 2);
-  EXPECT_EQ(reading.runs, (std::vector<Run>{{2, {0, 1}}}));
+  EXPECT_EQ(reading.runs, (std::vector<Found>{{2, {0, 1}}}));
   EXPECT_EQ(reading.num_broken, 3);
   EXPECT_EQ(reading.first_fault, Fault::TooFewPoints);
   EXPECT_EQ(reading.first_broken, 0);
@@ -109,7 +109,7 @@ TEST(IndexRunsTest, EndsAtACountThatCannotBe)
                {std::numeric_limits<int>::max(), Fault::BeyondTheEnd}};
   for (const auto& c : cases) {
     const Reading reading = read({2, 0, 1, c.count, 2, 0, 1, 2});
-    EXPECT_EQ(reading.runs, (std::vector<Run>{{0, {0, 1}}})) << c.count;
+    EXPECT_EQ(reading.runs, (std::vector<Found>{{0, {0, 1}}})) << c.count;
     EXPECT_EQ(reading.num_broken, 1);
     EXPECT_EQ(reading.first_fault, c.fault);
     EXPECT_EQ(reading.first_broken, 1);

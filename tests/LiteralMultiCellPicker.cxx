@@ -277,20 +277,21 @@ void LiteralMultiCellPicker::intersect_data(PickBounds* region, vtkMatrix4x4* ma
   const std::vector<Display> display = this->display_points(matrix, data, renderer);
   Record record = this->make_record(prop, data);
   vtkIdType accepted = 0;
+  vtkNew<vtkIdList> ids;
   for (vtkIdType cell = 0; cell < data->GetNumberOfCells(); ++cell) {
-    data->GetCell(cell, mCell);
+    data->GetCellPoints(cell, ids);
     std::vector<Display> points;
     std::size_t inside = 0;
     std::size_t visible = 0;
-    for (vtkIdType i = 0; i < mCell->GetNumberOfPoints(); ++i) {
-      const Display& point = display[static_cast<std::size_t>(mCell->GetPointId(static_cast<int>(i)))];
+    for (vtkIdType i = 0; i < ids->GetNumberOfIds(); ++i) {
+      const Display& point = display[static_cast<std::size_t>(ids->GetId(i))];
       points.push_back(point);
       inside += region->intersects_with_point(point.at) ? 1U : 0U;
       const bool has_depth = touching_cells || (point.at[2] >= 0.0 && point.at[2] < 1.0);
       visible += point.is_visible && has_depth ? 1U : 0U;
     }
     const bool is_accepted = touching_cells
-                                 ? shape_touches(region, mCell->GetCellType(), points) || inside > 0
+                                 ? shape_touches(region, data->GetCellType(cell), points) || inside > 0
                                  : inside == points.size();
     accepted += is_accepted ? 1 : 0;
     if (is_accepted || (has_pointers && inside > 0)) {

@@ -368,7 +368,8 @@ TEST(IntersectQuadWithLineTest, SplitAlongTheSecondDiagonalTestsTheSecondHalfFro
   EXPECT_EQ(r.x[0], kUnwritten);
   EXPECT_EQ(r.pcoords[0], kUnwritten);
   EXPECT_EQ(r.dist2, kUnwritten);
-  // Farther out, beyond the tolerance of the first half, which reaches from pt1 to the diagonal: a hit, at pt1.
+  // Farther out, beyond the tolerance of the first half, which reaches from pt1 to the diagonal: a hit, at
+  // pt1.
   double far_out[6][3] = {{5, 5, 1}, {5, 5, -1}, {0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}};
   const Results found = quad(far_out, 3.0);
   EXPECT_EQ(found.answer, 1.0);

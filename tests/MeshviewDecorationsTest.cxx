@@ -82,7 +82,8 @@ TEST_F(MeshviewDecorationsTest, HelpNamesEveryOptionAndKey)
   const std::string help = run({"--help"}).out;
   for (const char* word :
        {"--title", "--triad", "--axes", "{1d,2d,3d}", "--cube-axes", "--legend", "implies --parallel",
-        "--scalar-bar", "--parallel", "--light", "--ambient", "turn once around", "Ctrl-1 to Ctrl-4"}) {
+        "--scalar-bar", "--quality", "--debug-script", "highlight-polygon X Y Z", "--color-table",
+        "--parallel", "--light", "--ambient", "turn once around", "Ctrl-1 to Ctrl-4"}) {
     EXPECT_NE(help.find(word), std::string::npos) << word;
   }
 }

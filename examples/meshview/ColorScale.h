@@ -30,6 +30,9 @@ public:
 
   [[nodiscard]] const ValueRange& range() const noexcept { return mRange; }
 
+  /// Instead of that of the values.
+  void set_range(const ValueRange& range) noexcept { mRange = range; }
+
 private:
   std::string mArray;
   ValueRange mRange;

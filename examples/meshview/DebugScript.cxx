@@ -145,7 +145,7 @@ public:
   std::string next()
   {
     const std::size_t end = std::min(mRest.find_first_of(kBlanks), mRest.size());
-    const std::string word(mRest.substr(0, end));
+    std::string word(mRest.substr(0, end));
     mRest.remove_prefix(end);
     skip_blanks();
     return word;

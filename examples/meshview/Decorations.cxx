@@ -16,6 +16,7 @@
 #include <vtkScalarBarActor.h>
 #include <vtkScalarBarRepresentation.h>
 #include <vtkScalarBarWidget.h>
+#include <vtkTextActor.h>
 #include <vtkTextProperty.h>
 
 #include <algorithm>
@@ -92,6 +93,20 @@ std::vector<BrantVector> corners_of(const BrantBox& box)
   return corners;
 }
 
+/// Titles are centred in their window, of which the renderer may have a part.
+void centre_title(vtkRenderer& renderer)
+{
+  const double* part = renderer.GetViewport();
+  vtkPropCollection* props = renderer.GetViewProps();
+  vtkCollectionSimpleIterator at = nullptr;
+  props->InitTraversal(at);
+  while (vtkProp* prop = props->GetNextProp(at)) {
+    if (auto* title = vtkTextActor::SafeDownCast(prop)) {
+      title->SetPosition((part[0] + part[2]) / 2.0, part[3] - 0.01);
+    }
+  }
+}
+
 /// Beside the room for the mesh, with text of one size whatever the numbers are.
 void place_scalar_bar(vtkScalarBarWidget& widget, const std::string& title, const GView& view)
 {
@@ -147,6 +162,7 @@ void Decorations::show_title()
   drawn_size(mView, width, height);
   mView.set_title_font_size(title_size(title(), width, height));
   mView.set_title(title().c_str());
+  centre_title(*mView.get_renderer());
 }
 
 /// In the very colours of the mesh.

@@ -5,6 +5,7 @@
 #include "GExtractEdges.h"
 #include "GModel.h"
 #include "GSilhouetteMapper.h"
+#include "MeshFaces.h"
 #include "SilhouetteFaces.h"
 
 #include <vtkActor.h>
@@ -18,7 +19,6 @@
 
 namespace {
 
-constexpr double kFeatureAngle = 30.0;   // degrees
 constexpr float kSilhouetteWidth = 2.0F; // pixels
 
 /// Polygons alone: the silhouette mapper passes over strips, and the cleaning filter would take them apart.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Mesh.h" // ValueRange
+
 #include <optional>
 
 class vtkDataSet;
@@ -20,6 +22,9 @@ namespace MeshQuality {
 
 /// The cell array that add_to() adds. Mesh files have none of this name.
 [[nodiscard]] const char* array_name();
+
+/// From the worst to the best there can be.
+inline constexpr ValueRange kRange = {0.0, 1.0};
 
 /// The name of the measure, for people.
 [[nodiscard]] const char* measure_name();

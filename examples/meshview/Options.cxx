@@ -56,7 +56,7 @@ grey.
 The quality of elements is their mean ratio, which does not depend on their
 size: 1 for equilateral triangles and tetrahedra, squares, cubes and the like,
 towards 0 the more an element is flattened or distorted, and 0 for one that is
-inside out. There is one for triangles, quadrilaterals, tetrahedra, hexahedra,
+inside out. Its colours go from blue for 0 to red for 1. There is one for triangles, quadrilaterals, tetrahedra, hexahedra,
 wedges and pyramids, of curved ones for their corners. Other cells are grey and
 not counted.
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "QualityCounts.h"
 
+#include "MeshQuality.h"
+
 #include <vtkDataArray.h>
 
 #include <algorithm>
@@ -9,7 +11,7 @@
 
 bool has_quality(const std::vector<MeshFile>& files)
 {
-  return QualityCounts(files, {0.0, 1.0}, 1).total() > 0;
+  return QualityCounts(files, MeshQuality::kRange, 1).total() > 0;
 }
 
 QualityCounts::QualityCounts(const std::vector<MeshFile>& files, const ValueRange& range, int bins)
@@ -26,18 +28,23 @@ QualityCounts::QualityCounts(const std::vector<MeshFile>& files, const ValueRang
 
 void QualityCounts::add(vtkDataArray& qualities, const ValueRange& range)
 {
-  const double width = range.high - range.low;
-  const auto last = static_cast<double>(mBins.size()) - 1.0;
   mElements += qualities.GetNumberOfTuples();
   for (vtkIdType i = 0; i < qualities.GetNumberOfTuples(); ++i) {
     const double quality = qualities.GetComponent(i, 0);
     if (std::isfinite(quality)) {
-      const double part = width > 0.0 ? (quality - range.low) / width : 0.5; // all alike: in the middle
-      const double bin = std::clamp(std::floor(part * static_cast<double>(mBins.size())), 0.0, last);
-      ++mBins[static_cast<std::size_t>(bin)];
-      ++mTotal;
+      count(quality, range);
     }
   }
+}
+
+void QualityCounts::count(double quality, const ValueRange& range)
+{
+  const double part = (quality - range.low) / (range.high - range.low);
+  const auto size = static_cast<double>(mBins.size());
+  ++mBins[static_cast<std::size_t>(std::clamp(std::floor(part * size), 0.0, size - 1.0))];
+  mFound.low = mTotal == 0 ? quality : std::min(mFound.low, quality);
+  mFound.high = mTotal == 0 ? quality : std::max(mFound.high, quality);
+  ++mTotal;
 }
 
 std::string QualityCounts::text() const

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr double kShare = 0.4; // of the window's longer side
-constexpr int kBins = 21;      // an odd number: the middle one, whose colour the text has, is bright
+constexpr int kBins = 25;      // an odd number: the middle one, whose colour the text has, is bright
 constexpr BrantColor kSlate(36, 41, 48);
 
 /// So small that the numbers have room beside the axis, and the texts at the top in the whole width.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SilhouetteFaces.h"
 
+#include "PolygonSides.h"
+
 #include <vtkCellArray.h>
 #include <vtkCellArrayIterator.h>
 #include <vtkMath.h>
@@ -10,7 +12,6 @@
 #include <vtkPolyData.h>
 #include <vtkPolygon.h>
 
-#include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
@@ -33,14 +34,6 @@ struct Face
 {
   std::array<vtkIdType, 3> corners; ///< that turn as all of the polygon does
   Vector normal;
-};
-
-/// An edge as one polygon has it.
-struct Side
-{
-  std::pair<vtkIdType, vtkIdType> ends; ///< the lower id first
-  bool is_upwards;                      ///< the polygon goes from the lower id to the higher one
-  std::size_t face;
 };
 
 /// The corner farthest on the inner side of the edge; -1 if the polygon has none there.
@@ -85,7 +78,7 @@ Face make_face(vtkPoints& points, const vtkIdType* corners, vtkIdType size)
 struct Mesh
 {
   std::vector<Face> faces;
-  std::vector<Side> sides; ///< those of one edge lie together, in the order of the faces
+  std::vector<PolygonSide> sides; ///< of the faces; those of one edge lie together, in the order of the faces
 };
 
 void add_polygon(vtkPoints& points, const vtkIdType* corners, vtkIdType size, Mesh& mesh)
@@ -94,11 +87,7 @@ void add_polygon(vtkPoints& points, const vtkIdType* corners, vtkIdType size, Me
   if (face.corners[0] < 0) {
     return;
   }
-  for (vtkIdType i = 0; i < size; ++i) {
-    const vtkIdType from = corners[i];
-    const vtkIdType to = corners[(i + 1) % size];
-    mesh.sides.push_back({std::minmax(from, to), from < to, mesh.faces.size()});
-  }
+  add_sides(corners, size, mesh.faces.size(), mesh.sides);
   mesh.faces.push_back(face);
 }
 
@@ -112,8 +101,7 @@ Mesh make_mesh(vtkPolyData& polygons)
     polygon->GetCurrentCell(size, corners);
     add_polygon(*polygons.GetPoints(), corners, size, mesh);
   }
-  std::stable_sort(mesh.sides.begin(), mesh.sides.end(),
-                   [](const Side& a, const Side& b) { return a.ends < b.ends; });
+  sort_sides(mesh.sides, polygons.GetNumberOfPoints());
   return mesh;
 }
 
@@ -129,11 +117,11 @@ public:
   }
 
   /// Two polygons at the edge that face one side when these faces do, as if they had one orientation.
-  void add(const Side& a, const Side& b)
+  void add(const PolygonSide& a, const PolygonSide& b)
   {
     const auto [from, to] = copy_ends(a);
-    add(corners_of(a.face, false), from, to);
-    add(corners_of(b.face, a.is_upwards == b.is_upwards), from, to);
+    add(corners_of(a.polygon, false), from, to);
+    add(corners_of(b.polygon, a.is_upwards == b.is_upwards), from, to);
   }
 
   [[nodiscard]] vtkSmartPointer<vtkPolyData> result() const
@@ -148,7 +136,7 @@ private:
   vtkIdType copy(vtkIdType point) { return mPoints->InsertNextPoint(point_at(mFrom, point).data()); }
 
   /// Lines get one direction whatever the ids are, as their pixels depend on it.
-  std::pair<vtkIdType, vtkIdType> copy_ends(const Side& side)
+  std::pair<vtkIdType, vtkIdType> copy_ends(const PolygonSide& side)
   {
     auto [from, to] = side.ends;
     if (point_at(mFrom, to) < point_at(mFrom, from)) {
@@ -185,9 +173,10 @@ private:
 };
 
 /// As if the faces had one orientation.
-bool in_one_plane(const Mesh& mesh, const Side& a, const Side& b)
+bool in_one_plane(const Mesh& mesh, const PolygonSide& a, const PolygonSide& b)
 {
-  const double cosine = vtkMath::Dot(mesh.faces[a.face].normal.data(), mesh.faces[b.face].normal.data());
+  const double cosine =
+      vtkMath::Dot(mesh.faces[a.polygon].normal.data(), mesh.faces[b.polygon].normal.data());
   return (a.is_upwards != b.is_upwards ? cosine : -cosine) > kInOnePlane;
 }
 
@@ -200,16 +189,12 @@ vtkSmartPointer<vtkPolyData> silhouette_faces(vtkPolyData& polygons)
     return vtkSmartPointer<vtkPolyData>::New();
   }
   PolygonMaker maker(mesh, *polygons.GetPoints());
-  const auto end = mesh.sides.end();
-  for (auto first = mesh.sides.begin(); first != end;) {
-    const auto last =
-        std::find_if(first, end, [first](const Side& side) { return side.ends != first->ends; });
+  for_each_edge(mesh.sides, [&](auto first, auto last) {
     if (last - first != 2) {
       maker.add(*first, *first);
     } else if (!in_one_plane(mesh, first[0], first[1])) {
       maker.add(first[0], first[1]);
     }
-    first = last;
-  }
+  });
   return maker.result();
 }

@@ -8,6 +8,7 @@
 #include "Display.h"
 #include "Interrupt.h"
 #include "MeshLegend.h"
+#include "MeshQuality.h"
 #include "MeshReader.h"
 #include "MeshWindow.h"
 #include "Options.h"
@@ -92,7 +93,12 @@ ColorScale scale_for(const Options& options, const std::vector<MeshFile>& files)
   if (options.quality && !has_quality(files)) {
     throw MeshError("no cell is of a type that has a quality");
   }
-  return ColorScale(options.color_by, files);
+  ColorScale scale(options.color_by, files);
+  if (options.quality) {
+    scale.set_range(
+        MeshQuality::kRange); // meshes can be compared, and rounding is not spread over all colours
+  }
+  return scale;
 }
 
 void tell_of(const Options& options, const Contents& contents)
@@ -104,6 +110,11 @@ void tell_of(const Options& options, const Contents& contents)
   if (!contents.scale.is_empty()) {
     std::cout << "colours: " << options.color_by << " from " << range.low << " (blue) to " << range.high
               << " (red)" << std::endl;
+  }
+  if (options.quality && !contents.files.empty()) {
+    const QualityCounts counts(contents.files, MeshQuality::kRange, 1);
+    std::cout << "quality: " << MeshQuality::measure_name() << " of " << counts.text() << " from "
+              << counts.found().low << " to " << counts.found().high << std::endl;
   }
   if (!options.debug_script.empty()) {
     std::cout << options.debug_script << "\n  " << contents.script.size() << " drawing calls" << std::endl;
