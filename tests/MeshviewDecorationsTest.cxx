@@ -111,6 +111,10 @@ TEST_F(MeshviewDecorationsTest, FaultyValuesHaveStatus2AndDrawNothing)
     arguments.insert(arguments.begin(), {cube, "--image", mPicture});
     expect_faulty(arguments);
   }
+  const std::string error = run({"--axes", cube, "--image", mPicture}).err;
+  EXPECT_NE(error.find("'" + cube + "' is not 1d, 2d or 3d; write '--axes 3d' before a file"),
+            std::string::npos)
+      << error;
 }
 
 // --- Decorations -----------------------------------------------------------------------------------------

@@ -291,6 +291,21 @@ TEST_F(MeshviewExportTest, FilesThatCannotBeWrittenAreReportedBeforehand)
   EXPECT_FALSE(fs::exists(in_folder("turn_0001.png"))) << "nothing is drawn before all is known to go";
 }
 
+TEST_F(MeshviewExportTest, TwoOutputsToOneFileAreRefused)
+{
+  const std::string cube = write_cube();
+  const std::string picture = in_folder("a.png");
+  const std::string detour = in_folder("./a.png");
+  expect_problem({cube, "--image", picture, "--save", detour}, detour, "is to be written twice");
+  expect_problem({cube, "--save", picture, "--save", in_folder("b.png"), "--save", picture}, picture,
+                 "twice");
+  EXPECT_FALSE(fs::exists(picture));
+  write_text(picture, "old");
+  fs::create_symlink(picture, in_folder("c.png"));
+  expect_problem({cube, "--save", picture, "--save", in_folder("c.png")}, in_folder("c.png"), "twice");
+  EXPECT_EQ(read_text(picture), "old");
+}
+
 TEST_F(MeshviewExportTest, AFullDiskIsReportedForEveryFormat)
 {
   const std::string cube = write_cube();

@@ -32,6 +32,7 @@ TEST(MeshviewKeysTest, SwitchesAreLetters)
   expect_action("o", Command::ToggleSilhouette);
   expect_action("d", Command::ToggleHiddenLines);
   expect_action("s", Command::SavePicture);
+  expect_action("S", Command::SaveScene);
   expect_action("q", Command::Quit);
   expect_action("e", Command::Quit);
   expect_action("r", Command::Frame);

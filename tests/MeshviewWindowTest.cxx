@@ -147,6 +147,19 @@ protected:
   int mPictures = 0;
 };
 
+TEST_F(MeshviewKeysInWindowTest, PicturesAndScenesGoToNewFiles)
+{
+  const Image first = picture();
+  EXPECT_GT(first.width(), 0);
+  EXPECT_EQ(picture(), first);
+  for (const char* name : {"cube_0001.wrl", "cube_0002.wrl"}) {
+    press_key(mWindow, XK_S, ShiftMask);
+    expect_output(std::string("saved ") + name);
+    EXPECT_NE(read_text(in_folder(name)).find("#VRML"), std::string::npos) << name;
+  }
+  EXPECT_EQ(picture(), first);
+}
+
 TEST_F(MeshviewKeysInWindowTest, SidesTurnsAndSavedViews)
 {
   const std::pair<KeySym, Vector> sides[] = {{XK_x, {-1, 0, 0}}, {XK_X, {1, 0, 0}}, {XK_Y, {0, 1, 0}},

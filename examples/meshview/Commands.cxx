@@ -129,7 +129,10 @@ void Commands::execute_now(const KeyAction& action)
     std::fflush(stdout); // where the library prints
     return;
   case Command::SavePicture:
-    save_picture();
+    save(".png");
+    return;
+  case Command::SaveScene:
+    save(".wrl");
     return;
   case Command::SaveView:
   case Command::RestoreView:
@@ -247,10 +250,10 @@ void Commands::handle_views(const KeyAction& action)
   }
 }
 
-void Commands::save_picture()
+void Commands::save(const std::string& extension)
 {
   const std::string name = std::filesystem::path(subject(mViewer.options())).stem().string();
-  const auto output = new_picture(name.empty() ? "meshview" : name);
+  const auto output = new_output((name.empty() ? "meshview" : name) + extension);
   const std::string problem = output ? write_output(mViewer.view(), *output) : "all numbers are taken";
   if (!problem.empty()) {
     Console::complain(output ? output->path : name, problem);

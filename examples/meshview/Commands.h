@@ -30,7 +30,7 @@ private:
   void restyle(Command command);
   void move(const KeyAction& action);
   void handle_views(const KeyAction& action);
-  void save_picture();
+  void save(const std::string& extension); // a new file in the current folder
 
   Viewer& mViewer;
   vtkRenderWindowInteractor& mInteractor;

@@ -42,6 +42,7 @@ const std::vector<KeyGroup>& groups()
       {"o", "outline: the silhouette", {{"o", {C::ToggleSilhouette}}}},
       {"d", "features behind surfaces, dashed", {{"d", {C::ToggleHiddenLines}}}},
       {"s", "save a picture in the current folder", {{"s", {C::SavePicture}}}},
+      {"S", "save the scene (.wrl) in the current folder", {{"S", {C::SaveScene}}}},
       {"Ctrl-1 to Ctrl-4",
        "save the view",
        {{"1", {C::SaveView, 1}, true},

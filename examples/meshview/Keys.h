@@ -24,6 +24,7 @@ enum class Command
   ToggleSilhouette,
   ToggleHiddenLines,
   SavePicture,
+  SaveScene,
   SaveView,    ///< value: its number
   RestoreView, ///< value: its number
   Turn,        ///< about the upright axis of the window; value: degrees, to the right

@@ -7,13 +7,13 @@
 #include "GSilhouetteMapper.h"
 #include "MeshFaces.h"
 #include "SilhouetteFaces.h"
+#include "SurfacePieces.h"
 
 #include <vtkActor.h>
 #include <vtkCleanPolyData.h>
-#include <vtkFeatureEdges.h>
+#include <vtkMapper.h>
 #include <vtkNew.h>
 #include <vtkPolyData.h>
-#include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
 #include <vtkTriangleFilter.h>
 
@@ -48,14 +48,14 @@ vtkSmartPointer<vtkPolyData> merge_points(vtkPolyData& polygons)
   return filter->GetOutput();
 }
 
-vtkSmartPointer<vtkPolyData> find_features(vtkPolyData& surface)
+/// All edges.
+vtkSmartPointer<vtkPolyData> edges_of(const MeshFaces& faces, vtkPolyData& surface)
 {
-  vtkNew<vtkFeatureEdges> filter;
-  filter->SetInputData(&surface);
-  filter->SetFeatureAngle(kFeatureAngle);
-  filter->ColoringOff();
-  filter->Update();
-  return filter->GetOutput();
+  std::vector<const SurfacePieces::Ids*> lines;
+  for (vtkIdType i = 0; i < faces.number_of_edges(); ++i) {
+    lines.push_back(&faces.edge(i).points);
+  }
+  return SurfacePieces(surface).lines(lines);
 }
 
 /// One colour, whatever the lights are. Drawn after all surfaces, as all that is wireframe.
@@ -73,6 +73,8 @@ void set_ink(vtkActor& actor, BrantColor color)
 
 MeshLines::MeshLines(const MeshBlock& block) : mSurface(block.surface), mCurvedEdges(block.edges) {}
 
+MeshLines::~MeshLines() = default;
+
 vtkPolyData* MeshLines::unique_edges()
 {
   if (is_curved()) {
@@ -84,10 +86,18 @@ vtkPolyData* MeshLines::unique_edges()
   return mUniqueEdges;
 }
 
+const MeshFaces& MeshLines::faces()
+{
+  if (mFaces == nullptr) {
+    mFaces = std::make_unique<MeshFaces>(*mSurface);
+  }
+  return *mFaces;
+}
+
 vtkPolyData* MeshLines::features()
 {
   if (mFeatures == nullptr) {
-    mFeatures = find_features(*closed_surface());
+    mFeatures = edges_of(faces(), *mSurface);
   }
   return mFeatures;
 }
@@ -116,17 +126,15 @@ vtkSmartPointer<vtkPolyData> extract_unique_edges(vtkDataSet& mesh)
   return filter->GetOutput();
 }
 
-void set_lines(vtkActor& actor, vtkPolyData* lines, BrantColor color)
+void set_lines(vtkActor& actor, vtkDataObject* lines, BrantColor color)
 {
-  vtkNew<vtkPolyDataMapper> mapper;
-  mapper->SetInputData(lines);
+  const auto mapper = GModel::create_mapper(lines, nullptr);
   mapper->ScalarVisibilityOff();
-  mapper->StaticOn();
   actor.SetMapper(mapper);
   set_ink(actor, color);
 }
 
-vtkSmartPointer<vtkActor> make_line_actor(vtkPolyData* lines, BrantColor color)
+vtkSmartPointer<vtkActor> make_line_actor(vtkDataObject* lines, BrantColor color)
 {
   auto actor = vtkSmartPointer<vtkActor>::New();
   set_lines(*actor, lines, color);

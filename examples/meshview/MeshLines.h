@@ -5,7 +5,11 @@
 #include "BrantColor.h" // passed by value
 #include "Mesh.h"
 
+#include <memory>
+
+class MeshFaces;
 class vtkActor;
+class vtkDataObject;
 class vtkDataSet;
 
 /// The lines that a block can be drawn with. Each kind is worked out when it is first asked for, and kept.
@@ -13,6 +17,7 @@ class MeshLines
 {
 public:
   explicit MeshLines(const MeshBlock& block);
+  ~MeshLines();
 
   /// Are the edges of the surface's polygons not those of the mesh?
   [[nodiscard]] bool is_curved() const noexcept { return mCurvedEdges != nullptr; }
@@ -20,7 +25,10 @@ public:
   /// Every edge of the mesh that is on the surface, once.
   [[nodiscard]] vtkPolyData* unique_edges();
 
-  /// Edges where faces meet at more than 30 degrees, or fewer or more than two of them meet.
+  /// The faces of the surface and the edges between them.
+  [[nodiscard]] const MeshFaces& faces();
+
+  /// The edges of faces().
   [[nodiscard]] vtkPolyData* features();
 
   /// See silhouette_faces().
@@ -33,6 +41,7 @@ private:
   vtkSmartPointer<vtkPolyData> mSurface;
   vtkSmartPointer<vtkPolyData> mCurvedEdges; // null unless is_curved()
   vtkSmartPointer<vtkPolyData> mUniqueEdges;
+  std::unique_ptr<MeshFaces> mFaces;
   vtkSmartPointer<vtkPolyData> mFeatures;
   vtkSmartPointer<vtkPolyData> mClosedSurface;
   vtkSmartPointer<vtkPolyData> mOutlineFaces;
@@ -42,8 +51,9 @@ private:
 [[nodiscard]] vtkSmartPointer<vtkPolyData> extract_unique_edges(vtkDataSet& mesh);
 
 /// Has the actor draw lines in one colour, whatever the lights are, after all surfaces.
-void set_lines(vtkActor& actor, vtkPolyData* lines, BrantColor color);
-[[nodiscard]] vtkSmartPointer<vtkActor> make_line_actor(vtkPolyData* lines, BrantColor color);
+/// lines: polygon data or a multiblock data set.
+void set_lines(vtkActor& actor, vtkDataObject* lines, BrantColor color);
+[[nodiscard]] vtkSmartPointer<vtkActor> make_line_actor(vtkDataObject* lines, BrantColor color);
 
 /// Draws the silhouette of silhouette_faces().
 [[nodiscard]] vtkSmartPointer<vtkActor> make_silhouette_actor(vtkPolyData* faces, BrantColor color);

@@ -7,16 +7,15 @@
 #include "GModel.h"
 #include "Mesh.h"
 
-#include <BrantColor.h>
-
 class MeshLines;
+struct PartStyle;
 
 /// The model of a mesh viewer: each block is a part, shown as a surface and lines.
 class MeshModel : public GModel
 {
 public:
-  /// scale colours the parts that have its array.
-  MeshModel(const DrawStyle& style, const ColorScale& scale);
+  /// scale colours the parts that have its array. is_grouped: surfaces and features are left to MeshGroups.
+  MeshModel(const DrawStyle& style, const ColorScale& scale, bool is_grouped);
   ~MeshModel() override;
 
   /// Adds the block as a part. Each one gets the next colour of a palette.
@@ -31,6 +30,9 @@ public:
   /// Of the blocks, in the same order.
   [[nodiscard]] const std::vector<std::shared_ptr<MeshLines>>& lines() const noexcept { return mLines; }
 
+  /// How a block is drawn. block: below the number of blocks.
+  [[nodiscard]] PartStyle part_style(std::size_t block) const;
+
   /// Meshes are read once and do not change: there is nothing to bring up to date.
   void update_parts() override {}
 
@@ -39,6 +41,7 @@ private:
 
   DrawStyle mStyle;
   ColorScale mScale;
+  bool mIsGrouped;
   std::vector<MeshBlock> mBlocks;
   std::vector<std::shared_ptr<MeshLines>> mLines;
 };

@@ -119,6 +119,12 @@ void describe_style(CLI::App& app, Options& options)
              "over 30 degrees), or none")
       ->type_name("WHICH")
       ->default_str("all");
+  add_parsed(app, options, "--group-limit", OptionValues::parse_group_limit,
+             "Draw each face of the surface, and of the features each edge, as an entity of data groups that "
+             "hold N of them; 0 for no limit")
+      ->type_name("N");
+  app.add_flag("--color-faces", options.color_faces,
+               "Give each face a colour of its own; needs --group-limit");
   app.add_flag("--silhouette", options.style.silhouette, "Draw the outline of the mesh");
   add_choice(app, "--hidden", kHidden, options.style.hidden_lines,
              "Draw features where surfaces hide them: not at all, or stippled")
@@ -128,14 +134,12 @@ void describe_style(CLI::App& app, Options& options)
 
 void describe_decorations(CLI::App& app, Options& options)
 {
-  static const std::map<std::string, MRUtil::AxisType> kAxes = {
-      {"3d", MRUtil::AXIS_3D}, {"2d", MRUtil::AXIS_2D}, {"1d", MRUtil::AXIS_1D}};
   DecorationOptions& decorations = options.decorations;
   add_parsed(app, options, "--title", OptionValues::parse_title, "Title at the top")->type_name("TEXT");
   app.add_flag("--triad", decorations.triad, "Axis triad in the bottom left corner");
-  add_choice(app, "--axes", kAxes, decorations.axes,
+  add_parsed(app, options, "--axes", OptionValues::parse_axes,
              "Axes at the origin (3d, also without a FORM), in the corner (2d), or a ball at the origin (1d)")
-      ->type_name("FORM")
+      ->type_name("FORM:{1d,2d,3d}")
       ->expected(0, 1)
       ->default_str("3d");
   app.add_flag("--cube-axes", decorations.cube_axes, "Axes with numbers along the edges of the mesh's box");
@@ -180,6 +184,13 @@ void check_charts(const Options& options)
 void check_together(const Options& options)
 {
   check_charts(options);
+  if (options.color_faces && !options.group_limit) {
+    throw CLI::ValidationError("--color-faces", "needs --group-limit");
+  }
+  if (options.color_faces && !options.color_by.empty()) {
+    throw CLI::ValidationError("--color-faces",
+                               "does not go together with colours by '" + options.color_by + "'");
+  }
   const bool has_picture = std::any_of(options.outputs.begin(), options.outputs.end(),
                                        [](const Output& output) { return is_image(output.format); });
   if (options.spin > 0 && !has_picture) {

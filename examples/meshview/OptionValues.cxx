@@ -7,6 +7,9 @@
 #include <CLI/CLI.hpp>
 
 #include <charconv>
+#include <filesystem>
+#include <limits>
+#include <map>
 
 namespace {
 
@@ -98,6 +101,30 @@ void parse_spin(const std::string& text, Options& options)
     refuse("--spin", text, "a number of pictures from 1 to " + std::to_string(kMostPictures));
   }
   options.spin = *count;
+}
+
+void parse_group_limit(const std::string& text, Options& options)
+{
+  constexpr int kMost = std::numeric_limits<int>::max();
+  options.group_limit = parse_number(text, 0, kMost);
+  if (!options.group_limit) {
+    refuse("--group-limit", text,
+           "a number of entities from 1 to " + std::to_string(kMost) + ", or 0 for no limit");
+  }
+}
+
+/// A word behind an option that needs none may be meant as a file.
+void parse_axes(const std::string& text, Options& options)
+{
+  static const std::map<std::string, MRUtil::AxisType> kForms = {
+      {"3d", MRUtil::AXIS_3D}, {"2d", MRUtil::AXIS_2D}, {"1d", MRUtil::AXIS_1D}};
+  const auto form = kForms.find(text);
+  std::error_code error;
+  if (form == kForms.end()) {
+    const bool is_file = std::filesystem::exists(text, error);
+    refuse("--axes", text, is_file ? "1d, 2d or 3d; write '--axes 3d' before a file" : "1d, 2d or 3d");
+  }
+  options.decorations.axes = form->second;
 }
 
 void parse_title(const std::string& text, Options& options)

@@ -13,6 +13,8 @@ void parse_background(const std::string& text, Options& options);
 void parse_image(const std::string& path, Options& options);
 void parse_save(const std::string& path, Options& options);
 void parse_spin(const std::string& text, Options& options);
+void parse_group_limit(const std::string& text, Options& options);
+void parse_axes(const std::string& text, Options& options);
 void parse_title(const std::string& text, Options& options);
 
 /// One number for all three components, or three with commas between them.

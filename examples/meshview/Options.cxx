@@ -49,6 +49,10 @@ and the arrays that there are to colour by.
 Ids of labels count from 0 in each file or block of a .vtm; those of cells of an
 Exodus file in each block.
 
+With --group-limit, faces end where polygons meet at an angle of 30 degrees or
+more, or more than two of them meet; edges are the lines between faces.
+"groups:" on standard output tells how many there are, and in how many groups.
+
 Colours by an array go from blue for its least value in all files to red for its
 greatest. Vectors have the colour of their length, parts without the array are
 grey.

@@ -63,8 +63,10 @@ struct Options
   Labels labels = Labels::None;
   std::optional<bool> edges; ///< --edges, which says the same as --wire in short
   std::optional<Wire> wire;
-  DrawStyle style;      ///< the wire is what both of these come to
-  std::string color_by; ///< name of an array; empty gives each block its own colour
+  DrawStyle style;                ///< the wire is what both of these come to
+  std::optional<int> group_limit; ///< shown through data groups of so many entities; 0 is no limit
+  bool color_faces = false;       ///< each face of the groups in a colour of its own
+  std::string color_by;           ///< name of an array; empty gives each block its own colour
   DecorationOptions decorations;
   bool color_table = false;       ///< its chart takes the place of a mesh
   bool quality = false;           ///< colours by the quality of the elements, beside its histogram

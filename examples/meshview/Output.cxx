@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <set>
 #include <type_traits>
 
 namespace fs = std::filesystem;
@@ -39,9 +40,14 @@ std::vector<MadeFile> files_of(const Output& output)
   return {{path.filename().string(), output.path}};
 }
 
-std::optional<OutputProblem> problem_of(const Output& output)
+/// targets: of all outputs before this one, to which it adds its own.
+std::optional<OutputProblem> problem_of(const Output& output, std::set<fs::path>& targets)
 {
   for (const MadeFile& file : files_of(output)) {
+    std::error_code error;
+    if (!targets.insert(fs::weakly_canonical(file.target, error)).second) {
+      return OutputProblem{file.target, "is to be written twice"};
+    }
     if (std::string reason = write_problem(file.target); !reason.empty()) {
       return OutputProblem{file.target, std::move(reason)};
     }
@@ -85,13 +91,14 @@ private:
 
 std::optional<OutputProblem> output_problem(const Options& options)
 {
+  std::set<fs::path> targets;
   for (const Output& output : options.outputs) {
     if (format_of(output.path) != output.format) { // only --image takes any name
       return OutputProblem{output.path, "the name of a picture ends in .png"};
     }
     const int count = is_image(output.format) ? options.spin : 0;
     for (int number = count == 0 ? 0 : 1; number <= count; ++number) {
-      if (auto problem = problem_of(number == 0 ? output : numbered(output, number))) {
+      if (auto problem = problem_of(number == 0 ? output : numbered(output, number), targets)) {
         return problem;
       }
     }
@@ -134,10 +141,10 @@ Output numbered(const Output& output, int number)
   return {(path.parent_path() / name).string(), output.format};
 }
 
-std::optional<Output> new_picture(const std::string& name)
+std::optional<Output> new_output(const std::string& name)
 {
   for (int number = 1; number <= OptionValues::kMostPictures; ++number) {
-    const Output output = numbered({name + ".png", GView::PNG}, number);
+    const Output output = numbered({name, format_of(name).value()}, number);
     std::error_code error;
     if (!fs::exists(fs::symlink_status(output.path, error))) {
       return output;

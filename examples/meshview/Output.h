@@ -22,6 +22,6 @@ struct OutputProblem
 /// The file of one picture of a turn: "OUT_0001.png" for 1.
 [[nodiscard]] Output numbered(const Output& output, int number);
 
-/// A picture for a new file in the current folder, "NAME_0001.png" or the first number that is free; nothing
-/// when all are taken.
-[[nodiscard]] std::optional<Output> new_picture(const std::string& name);
+/// A new file in the current folder: for the name "NAME.png" it is "NAME_0001.png", or has the first number
+/// that is free; nothing when all are taken. The name ends in a known extension.
+[[nodiscard]] std::optional<Output> new_output(const std::string& name);

@@ -64,11 +64,15 @@ std::string subject(const Options& options)
 
 Viewer::Viewer(const Options& options, const Contents& contents)
     : mOptions(options), mContents(contents), mView(make_view(options)),
-      mModel(options.style, contents.scale), mBlockLabels(mModel, label_names(contents.files)),
+      mModel(options.style, contents.scale, options.group_limit.has_value()), mBlockLabels(mModel, label_names(contents.files)),
       mDecorations(*mView, options, contents.scale)
 {
   mModelSet.add_model(&mHiddenLines);
   mModelSet.add_model(&mModel);
+  if (options.group_limit) {
+    mGroups = std::make_unique<MeshGroups>(*options.group_limit, options.color_faces);
+    mModelSet.add_model(mGroups.get());
+  }
   mView->set_model_set(&mModelSet);
   mView->set_background(options.bottom_background);
   mView->set_background2(options.top_background);
@@ -77,7 +81,7 @@ Viewer::Viewer(const Options& options, const Contents& contents)
   add_extras();
   set_label_style(options.labels);
   add_blocks(contents.files);
-  if (options.style.hidden_lines) {
+  if (mGroups != nullptr || options.style.hidden_lines) {
     set_style(options.style);
   }
 }
@@ -170,6 +174,9 @@ void Viewer::set_style(const DrawStyle& style)
 {
   mHiddenLines.show(mModel, style);
   mModel.set_style(style);
+  if (mGroups != nullptr) {
+    mGroups->show(mModel);
+  }
 }
 
 Axis Viewer::turn_axis() const

@@ -11,6 +11,7 @@
 #include "GfxDebugSimple.h"
 #include "HiddenLines.h"
 #include "Mesh.h"
+#include "MeshGroups.h"
 #include "MeshLabels.h"
 #include "MeshModel.h"
 #include "Options.h"
@@ -49,6 +50,9 @@ public:
   [[nodiscard]] const DrawStyle& style() const noexcept { return mModel.style(); }
   [[nodiscard]] const Options& options() const noexcept { return mOptions; }
 
+  /// Null unless the options ask for them.
+  [[nodiscard]] const MeshGroups* groups() const noexcept { return mGroups.get(); }
+
   /// Shows everything as the options ask for it, and renders. The window already has its interactor, if it
   /// gets one.
   void start();
@@ -76,8 +80,9 @@ private:
   std::shared_ptr<GView> mView;
   GModelSet mModelSet;
   MeshModel mModel;
-  HiddenLines mHiddenLines;        // of mModel
-  std::vector<std::string> mNames; // of the blocks, for their labels
+  HiddenLines mHiddenLines;            // of mModel
+  std::unique_ptr<MeshGroups> mGroups; // of mModel; null unless asked for
+  std::vector<std::string> mNames;     // of the blocks, for their labels
   BlockLabels mBlockLabels;
   Decorations mDecorations;
   std::unique_ptr<QualityPanel> mQualityPanel;

@@ -78,6 +78,9 @@ bool all_whole(const std::vector<MeshFile>& files, std::size_t number_asked_for)
 int draw(const Options& options, const Contents& contents)
 {
   Viewer viewer(options, contents);
+  if (viewer.groups() != nullptr) {
+    std::cout << "groups: " << viewer.groups()->summary() << std::endl;
+  }
   if (!options.outputs.empty()) {
     return write_outputs(viewer);
   }
