@@ -47,13 +47,13 @@ public:
     for (int i = 0; i < 3; ++i) {
       mLower[i] = std::min(mLower[i], point[i]);
       mUpper[i] = std::max(mUpper[i], point[i]);
-      mCheck[i] += point[i] * Number(0); // NaN from then on
+      mSum[i] += point[i];
     }
   }
 
   [[nodiscard]] BlockBox box() const noexcept
   {
-    if (!(mCheck[0] + mCheck[1] + mCheck[2] == Number(0))) {
+    if (!std::isfinite(mSum[0] + mSum[1] + mSum[2])) {
       return Everything;
     }
     BlockBox box;
@@ -69,7 +69,7 @@ private:
 
   Number mLower[3] = {Far, Far, Far};
   Number mUpper[3] = {-Far, -Far, -Far};
-  Number mCheck[3] = {0, 0, 0};
+  Number mSum[3] = {0, 0, 0}; // not finite with a point that is not
 };
 
 struct Oddities

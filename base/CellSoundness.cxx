@@ -18,12 +18,6 @@ namespace {
 
 constexpr vtkIdType Never = std::numeric_limits<vtkIdType>::max();
 
-struct CellKind
-{
-  CellForm form = CellForm::Curved;
-  vtkIdType fewest = Never;
-};
-
 struct NamedKind
 {
   int type;
@@ -81,24 +75,21 @@ constexpr NamedKind Kinds[] = {
     {VTK_BEZIER_WEDGE, CellForm::Curved, 6},
 };
 
-constexpr int TypeCount = 128; // all types are below
+using KindTable = std::array<CellKinds::Kind, CellKinds::Count>;
 
-constexpr std::array<CellKind, TypeCount> make_table()
+constexpr KindTable make_table()
 {
-  std::array<CellKind, TypeCount> table;
+  KindTable table = {};
+  for (CellKinds::Kind& kind : table) {
+    kind = {CellForm::Curved, Never};
+  }
   for (const NamedKind& kind : Kinds) {
     table[static_cast<std::size_t>(kind.type)] = {kind.form, kind.fewest};
   }
   return table;
 }
 
-constexpr std::array<CellKind, TypeCount> Table = make_table();
-constexpr CellKind Unknown;
-
-const CellKind& kind_of(int type) noexcept
-{
-  return type >= 0 && type < TypeCount ? Table[static_cast<std::size_t>(type)] : Unknown;
-}
+constexpr KindTable AllKinds = make_table();
 
 /// Reads a list of faces, each the number of its points and their ids, out of an array.
 bool faces_are_among(const vtkIdType* values, vtkIdType size, const vtkIdList& points)
@@ -124,15 +115,7 @@ bool faces_are_among(const vtkIdType* values, vtkIdType size, const vtkIdList& p
 
 } // namespace
 
-CellForm form_of(int type) noexcept
-{
-  return kind_of(type).form;
-}
-
-vtkIdType fewest_points(int type) noexcept
-{
-  return kind_of(type).fewest;
-}
+const CellKinds::Kind* const CellKinds::Table = AllKinds.data();
 
 bool is_sound_cell(vtkDataSet& data, vtkIdType id, int type)
 {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "GViewRenderPass.h"
 
+#include <typeinfo>
 #include <utility>
 
 #include "GSilhouetteMapper.h"
@@ -14,6 +15,7 @@
 #include <vtkInformation.h>
 #include <vtkInformationIntegerKey.h>
 #include <vtkObjectFactory.h>
+#include <vtkOpenGLActor.h>
 #include <vtkOpenGLRenderWindow.h>
 #include <vtkOpenGLRenderer.h>
 #include <vtkOpenGLState.h>
@@ -41,6 +43,12 @@ GSilhouetteMapper* unpeelable_mapper(vtkActor* actor)
   return actor != nullptr ? GSilhouetteMapper::SafeDownCast(actor->GetMapper()) : nullptr;
 }
 
+/// VTK's own actors, of which a view has most, draw none.
+bool may_have_overlay(const vtkProp& prop)
+{
+  return typeid(prop) != typeid(vtkOpenGLActor);
+}
+
 /// No colour is written while it lives.
 class ColorWritesOff
 {
@@ -51,24 +59,37 @@ private:
   vtkOpenGLState::ScopedglColorMask mSaved;
 };
 
+// Host code may have rendered another window; what follows belongs into this one. To ask takes a system call
+// on some platforms.
+void return_to_window(vtkRenderer& renderer)
+{
+  vtkRenderWindow* window = renderer.GetRenderWindow();
+  if (window != nullptr && !window->IsCurrent()) {
+    window->MakeCurrent();
+  }
+}
+
 } // namespace
 
-// Calls host code.
-template<typename Draw>
-void GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
+// Calls host code that asks for nothing to be drawn.
+template<typename Ask>
+void GViewRenderPass::caught(Ask&& ask)
 {
   try {
-    draw();
+    ask();
   } catch (...) {
     if (mException == nullptr) {
       mException = std::current_exception();
     }
   }
-  // It may have rendered another window; what follows belongs into this one.
-  vtkRenderWindow* window = renderer.GetRenderWindow();
-  if (window != nullptr && !window->IsCurrent()) {
-    window->MakeCurrent();
-  }
+}
+
+// Calls host code.
+template<typename Draw>
+void GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
+{
+  this->caught(draw);
+  return_to_window(renderer);
 }
 
 /// Draws the translucent geometry of each prop for the peeling pass, which would not survive an exception
@@ -242,11 +263,12 @@ bool GViewRenderPass::has_translucent_props(vtkRenderer& renderer)
 {
   bool found = false;
   for (const Item& item : mItems) {
-    this->guarded(renderer, [&] { found = item.prop->HasTranslucentPolygonalGeometry() != 0; });
+    this->caught([&] { found = item.prop->HasTranslucentPolygonalGeometry() != 0; });
     if (found) {
       break;
     }
   }
+  return_to_window(renderer);
   return found;
 }
 
@@ -295,7 +317,9 @@ void GViewRenderPass::draw_translucent(const vtkRenderState& state, vtkOpenGLRen
 void GViewRenderPass::draw_overlays(vtkRenderer& renderer)
 {
   for (const Item& item : mItems) {
-    this->guarded(renderer, [&] { this->NumberOfRenderedProps += item.prop->RenderOverlay(&renderer); });
+    if (may_have_overlay(*item.prop)) {
+      this->guarded(renderer, [&] { this->NumberOfRenderedProps += item.prop->RenderOverlay(&renderer); });
+    }
   }
 }
 

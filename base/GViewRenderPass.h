@@ -101,6 +101,8 @@ private:
   void make_depth_peeling_pass(vtkOpenGLRenderer& renderer);
   void draw_overlays(vtkRenderer& renderer);
 
+  template<typename Ask>
+  void caught(Ask&& ask);
   template<typename Draw>
   void guarded(vtkRenderer& renderer, Draw&& draw);
 

@@ -65,6 +65,7 @@ public:
       record->Region = nullptr;
     }
     mPicker->mDepth = nullptr;
+    mPicker->mSpare = {};
     mPicker->mIsPicking = false;
   }
   Turn(const Turn&) = delete;
@@ -98,6 +99,9 @@ void MultiCellPicker::Initialize()
 void MultiCellPicker::delete_records()
 {
   for (CellPick* record : std::exchange(this->CellPicks, {})) {
+    if (mIsPicking && record->SubPicks.capacity() > mSpare.capacity()) {
+      mSpare.swap(record->SubPicks);
+    }
     record->Transform->Delete();
     delete record;
   }
@@ -263,6 +267,7 @@ double MultiCellPicker::IntersectWithBounds(PickBounds* region, vtkMatrix4x4* ma
   }
   morrow::RegionQuestion question(*region, *matrix, *renderer);
   question.takes_touching_cells = mBoxPickAcceptPartialCells;
+  question.spare = &mSpare;
   std::unique_ptr<morrow::WindowDepth> own_depth;
   if (mSelectVisibleOnly && mDepth == nullptr) {
     own_depth = std::make_unique<morrow::WindowDepth>();

@@ -156,5 +156,6 @@ private:
 
   std::shared_ptr<morrow::CellBlocksCache> mBlocks;
   std::unique_ptr<morrow::WindowDepth> mDepth; // during a region pick of visible cells
+  std::vector<SubCellPick> mSpare;             // memory of the last pick, for the one that runs
   bool mIsPicking = false;
 };

@@ -62,8 +62,10 @@ public:
   {
     mCell.SetCellType(type);
     vtkPoints* points = mCell.GetPoints();
-    points->SetNumberOfPoints(count);
-    mCell.GetPointIds()->SetNumberOfIds(count);
+    if (points->GetNumberOfPoints() != count) {
+      points->SetNumberOfPoints(count);
+      mCell.GetPointIds()->SetNumberOfIds(count);
+    }
     vtkIdType* own_ids = mCell.GetPointIds()->GetPointer(0);
     double* own = static_cast<vtkDoubleArray*>(points->GetData())->GetPointer(0);
     for (vtkIdType i = 0; i < count; ++i) {

@@ -120,7 +120,7 @@ public:
     if (!this->takes_parts() && most < mMesh.cells()) {
       return {};
     }
-    mHits.reserve(static_cast<std::size_t>(most));
+    this->make_room(static_cast<std::size_t>(most));
     if (to_open > 0) {
       mFlags.reset(new unsigned char[static_cast<std::size_t>(mMesh.points())]());
     }
@@ -206,13 +206,29 @@ private:
     return flags;
   }
 
+  // Getting fresh pages of memory would cost more than everything else.
+  void make_room(std::size_t count)
+  {
+    constexpr std::size_t many = 4096;
+    Hits* spare = mQuestion.spare;
+    if (spare != nullptr && count >= many && spare->capacity() >= count && spare->capacity() / 2 <= count) {
+      mHits = std::move(*spare);
+      *spare = Hits();
+      mHits.clear();
+    }
+    mHits.reserve(count);
+  }
+
   void take(const Run& run)
   {
-    const std::size_t first = mHits.size();
-    mHits.resize(first + static_cast<std::size_t>(run.last - run.first));
-    auto id = static_cast<std::int32_t>(run.first);
-    for (std::size_t i = first; i < mHits.size(); ++i) {
-      mHits[i] = {id++, {NoPoint, NoPoint, NoPoint}, true, true};
+    constexpr vtkIdType piece = 256; // stays in the processor's cache
+    for (vtkIdType first = run.first; first < run.last; first += piece) {
+      const std::size_t before = mHits.size();
+      mHits.resize(before + static_cast<std::size_t>(std::min(piece, run.last - first)));
+      auto id = static_cast<std::int32_t>(first);
+      for (std::size_t i = before; i < mHits.size(); ++i) {
+        mHits[i] = {id++, {NoPoint, NoPoint, NoPoint}, true, true};
+      }
     }
     mAccepted += run.last - run.first;
   }

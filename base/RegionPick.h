@@ -28,7 +28,8 @@ struct RegionQuestion
   vtkRenderer& renderer;
   ScreenFrame frame;
   bool takes_touching_cells = false;
-  const WindowDepth* depth = nullptr; // null: everything is visible
+  const WindowDepth* depth = nullptr;                         // null: everything is visible
+  std::vector<MultiCellPicker::SubCellPick>* spare = nullptr; // memory to use for many cells; may be null
 };
 
 /// The cells of the data set to record, in the order of their ids; none when it has no record.

@@ -26,7 +26,7 @@
 #include <string>
 #include <vector>
 
-using morrow_bench::wall_seconds;
+using morrow_bench::processor_seconds;
 
 namespace {
 
@@ -140,7 +140,7 @@ template<typename Contender>
 double time_adding(const Props& props)
 {
   Contender contender;
-  return wall_seconds([&] { contender.add(props); });
+  return processor_seconds([&] { contender.add(props); });
 }
 
 template<typename Contender>
@@ -148,7 +148,7 @@ double time_removing(const Props& props, const Props& leaving)
 {
   Contender contender;
   contender.fill(props);
-  return wall_seconds([&] { contender.remove(leaving); });
+  return processor_seconds([&] { contender.remove(leaving); });
 }
 
 /// The times of VTK's way, of which a benchmark measures each once.
@@ -270,7 +270,7 @@ template<typename Model>
 double time_clearing(std::int64_t num_parts)
 {
   Model model(num_parts);
-  return wall_seconds([&] { model.clear(); });
+  return processor_seconds([&] { model.clear(); });
 }
 
 void clear_model(benchmark::State& state)

@@ -3,13 +3,15 @@
 
 // Many small entities in data groups.
 //
-// add_and_remove: entities join groups of 400 and leave them in random order. "plain/ours" is how many times
-// as long groups take that walk their chain for each; their time grows with the square, so the largest size
-// has no such counter. Needs no display.
+// add_and_remove: entities join groups of 400 and leave them in random order, beside groups that walk their
+// chain for each; the time of those grows with the square, so the largest size is without them. Needs no
+// display.
 //
 // first_frame, frame, frame_after_change: squares of two triangles in one view, shown by data groups. Beside
-// them, in this run and the same window, one actor for each ("actors/ours") and one polydata for all, merged
-// by hand ("merged/ours"); one entity changes before each frame_after_change. These need a display.
+// them, in this run and windows of one size, one actor for each, which stands in the place of the literal
+// version, and one polydata for all, merged by hand; one entity changes before each frame_after_change. These
+// need a display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "GDataGroup.h"
 #include "GModel.h"
@@ -101,20 +103,18 @@ void add_and_remove(benchmark::State& state)
 {
   static std::map<std::int64_t, double> plain_times;
   const std::vector<int> order = shuffled(state.range(0));
-  double total = 0.0;
+  std::vector<double> times;
   for (auto _ : state) {
-    const double time = time_ours(order);
-    state.SetIterationTime(time);
-    total += time;
+    times.push_back(time_ours(order));
+    state.SetIterationTime(times.back());
   }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+  morrow_bench::Case row;
+  row.name = "adding and removing entities of groups";
+  row.ours = median(times);
   if (state.range(0) <= LargestForPlain) {
-    if (plain_times.count(state.range(0)) == 0) {
-      plain_times[state.range(0)] = time_plain(order);
-    }
-    state.counters["plain/ours"] =
-        plain_times[state.range(0)] * static_cast<double>(state.iterations()) / total;
+    row.literal = morrow_bench::once_for(state.range(0), plain_times, [&] { return time_plain(order); });
   }
+  report(state, row);
 }
 
 // ---------------------------------------------------------------------------------------------------------
@@ -352,9 +352,13 @@ FrameTimes measure(std::int64_t count)
   return times;
 }
 
-using Column = double FrameTimes::*;
+struct Column
+{
+  const char* name;
+  double FrameTimes::*time;
+};
 
-void frames(benchmark::State& state, Column column)
+void frames(benchmark::State& state, const Column& column)
 {
   static std::map<std::int64_t, FrameTimes> actors;
   static std::map<std::int64_t, FrameTimes> merged;
@@ -365,18 +369,24 @@ void frames(benchmark::State& state, Column column)
     merged[count] = measure<Merged>(count);
     groups[count] = measure<Groups>(count);
   }
-  const double ours = groups[count].*column;
+  morrow_bench::Case row;
+  row.name = column.name;
+  row.ours = groups[count].*column.time;
+  row.literal = actors[count].*column.time;
+  row.peer_name = "one vtkPolyData";
+  row.peer = merged[count].*column.time;
+  constexpr double nearly_merged = 0.77; // within 1.3 times
+  row.targets = morrow_bench::from_size(state, 10'000, {{}, nearly_merged, {}});
   for (auto _ : state) {
-    state.SetIterationTime(ours);
+    state.SetIterationTime(row.ours);
   }
-  state.SetItemsProcessed(state.iterations() * count);
-  state.counters["actors/ours"] = actors[count].*column / ours;
-  state.counters["merged/ours"] = merged[count].*column / ours;
+  report(state, row);
 }
 
 void frame_sizes(benchmark::internal::Benchmark* benchmark)
 {
-  benchmark->Arg(1'000)->Arg(10'000)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+  benchmark->Arg(1'000)->Arg(10'000)->Arg(50'000)->UseManualTime()->Iterations(1)->Unit(
+      benchmark::kMillisecond);
 }
 
 BENCHMARK(add_and_remove)
@@ -385,9 +395,12 @@ BENCHMARK(add_and_remove)
     ->Arg(1'000'000)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(frames, first_frame, &FrameTimes::first)->Apply(frame_sizes);
-BENCHMARK_CAPTURE(frames, frame, &FrameTimes::frame)->Apply(frame_sizes);
-BENCHMARK_CAPTURE(frames, frame_after_change, &FrameTimes::after_change)->Apply(frame_sizes);
+BENCHMARK_CAPTURE(frames, first_frame, Column{"first frame of entities", &FrameTimes::first})
+    ->Apply(frame_sizes);
+BENCHMARK_CAPTURE(frames, frame, Column{"frame of entities", &FrameTimes::frame})->Apply(frame_sizes);
+BENCHMARK_CAPTURE(frames, frame_after_change,
+                  Column{"frame after one entity changed", &FrameTimes::after_change})
+    ->Apply(frame_sizes);
 
 } // namespace
 

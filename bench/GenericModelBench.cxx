@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 
 // Primitives appended to a generic model one call at a time, beside the same data appended to VTK's own
-// arrays: points to a vtkPoints, cells to a vtkCellArray, colours to a vtkUnsignedCharArray. "vtk/ours" is
-// how many times as long VTK takes; "literal/ours" the same for vtkPolyData::InsertNextCell() with the marks
-// of modification after each primitive, which the model has made too. The best times of all runs are
-// compared. Growth is linear when ns/primitive stays the same from size to size. "update ms" is
-// update_parts() afterwards, most of it VTK's normals. The results are compared. Needs no display.
+// arrays: points to a vtkPoints, cells to a vtkCellArray, colours to a vtkUnsignedCharArray. The literal
+// version is vtkPolyData::InsertNextCell() with the marks of modification after each primitive, which the
+// model has made too. The best times of all runs are compared. "update ms" is update_parts() afterwards, most
+// of it VTK's normals. The results are compared. Needs no display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "BrantColor.h"
 #include "BrantVector.h"
@@ -24,6 +24,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 using morrow_bench::processor_seconds;
@@ -33,15 +34,16 @@ namespace {
 /// A kind of primitive: how many points it has, its cell type and its slot.
 struct Kind
 {
+  const char* plural;
   int num_points;
   int cell_type;
   MRUtil::DrawMode mode;
   int slot;
 };
 
-constexpr Kind kPoint = {1, VTK_VERTEX, MRUtil::DRAW_OUTLINE, 0};
-constexpr Kind kLine = {2, VTK_LINE, MRUtil::DRAW_OUTLINE, 1};
-constexpr Kind kQuad = {4, VTK_POLYGON, MRUtil::DRAW_FILLED, 2};
+constexpr Kind kPoint = {"points", 1, VTK_VERTEX, MRUtil::DRAW_OUTLINE, 0};
+constexpr Kind kLine = {"lines", 2, VTK_LINE, MRUtil::DRAW_OUTLINE, 1};
+constexpr Kind kQuad = {"quads", 4, VTK_POLYGON, MRUtil::DRAW_FILLED, 2};
 
 /// Corners of squares, four after four, made before anything is measured.
 constexpr std::int64_t kNumSquares = 256;
@@ -179,7 +181,7 @@ double best(const std::vector<double>& times)
 }
 
 /// All in turn, so that they meet the same machine.
-void run(benchmark::State& state, const Kind& kind)
+void run(benchmark::State& state, const Kind& kind, const morrow_bench::Targets& targets)
 {
   const std::int64_t count = state.range(0);
   std::vector<double> own;
@@ -198,25 +200,31 @@ void run(benchmark::State& state, const Kind& kind)
     state.SkipWithError("the results differ");
     return;
   }
-  state.counters["vtk/ours"] = best(vtk) / best(own);
-  state.counters["literal/ours"] = best(plain) / best(own);
-  state.counters["ns/primitive"] = 1e9 * best(own) / static_cast<double>(count);
+  morrow_bench::Case row;
+  row.name = std::string("appending ") + kind.plural;
+  row.ours = best(own);
+  row.literal = best(plain);
+  row.peer_name = "vtkCellArray";
+  row.peer = best(vtk);
+  constexpr std::int64_t many = 1'000'000;
+  row.targets = morrow_bench::from_size(state, many, targets);
+  report(state, row);
   state.counters["update ms"] = 1e3 * processor_seconds([&] { model.update_parts(); });
 }
 
 void Points(benchmark::State& state)
 {
-  run(state, kPoint);
+  run(state, kPoint, {});
 }
 
 void Lines(benchmark::State& state)
 {
-  run(state, kLine);
+  run(state, kLine, {2.2, {}, {}});
 }
 
 void Quads(benchmark::State& state)
 {
-  run(state, kQuad);
+  run(state, kQuad, {1.7, {}, {}});
 }
 
 void sizes(benchmark::internal::Benchmark* bench)

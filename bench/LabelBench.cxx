@@ -26,7 +26,7 @@
 #include <vector>
 
 using morrow_bench::once_for;
-using morrow_bench::wall_seconds;
+using morrow_bench::processor_seconds;
 
 namespace {
 
@@ -128,14 +128,14 @@ template<typename Contender>
 double time_adding(std::int64_t count)
 {
   Contender contender;
-  return wall_seconds([&] { add_all(contender, count); });
+  return processor_seconds([&] { add_all(contender, count); });
 }
 
 template<typename Contender>
 double time_adding_and_removing(const std::vector<long long>& keys)
 {
   Contender contender;
-  return wall_seconds([&] {
+  return processor_seconds([&] {
     add_all(contender, static_cast<std::int64_t>(keys.size()));
     for (const long long key : keys) {
       contender.remove(key);

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
 
-// Picks of cells by ray and by region, beside the literal way and VTK's own classes. "literal/ours" and
-// "vtk/ours" are how many times as long these take; VTK's are vtkCellPicker (which finds only the nearest
-// cell) for rays, vtkExtractSelectedFrustum for boxes and vtkHardwareSelector for what is visible. Ours and
-// the literal version are compared in each run. "bytes/cell" is the memory kept between picks. Only the picks
-// of visible cells need a display.
+// Picks of cells by ray and by region, beside the literal way and VTK's own classes: vtkCellPicker (which
+// finds only the nearest cell) for rays, vtkExtractSelectedFrustum for boxes and vtkHardwareSelector for what
+// is visible. Ours and the literal version are compared in each run. "bytes/cell" is the memory kept between
+// picks. Only the picks of visible cells need a display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "LiteralMultiCellPicker.h"
 #include "MultiCellPicker.h"
@@ -45,7 +45,9 @@
 #include <vector>
 
 using morrow_bench::median;
+using morrow_bench::median_seconds;
 using morrow_bench::processor_seconds;
+using morrow_bench::Targets;
 using morrow_test::LiteralMultiCellPicker;
 
 namespace {
@@ -166,30 +168,46 @@ std::unique_ptr<PickBounds> circle()
 // ---------------------------------------------------------------------------------------------------------
 // Measuring
 
-template<typename Call>
-double median_seconds(int times, Call&& call)
-{
-  std::vector<double> seconds;
-  for (int i = 0; i < times; ++i) {
-    seconds.push_back(processor_seconds(call));
-  }
-  return median(seconds);
-}
-
 std::size_t memory_in_use()
 {
   const struct mallinfo2 info = mallinfo2();
   return info.uordblks + info.hblkhd;
 }
 
+/// The targets hold for meshes from this size on.
+morrow_bench::Case row_of(const benchmark::State& state, const char* name, const Targets& targets,
+                          std::int64_t smallest = 1'000'000)
+{
+  morrow_bench::Case row;
+  row.name = name;
+  row.targets = morrow_bench::from_size(state, smallest, targets);
+  return row;
+}
+
 /// What is measured: ours and what it is measured against. prepare runs before each of ours, untimed.
 struct Race
 {
+  morrow_bench::Case row; // name and targets
   std::function<void()> prepare = [] {};
   std::function<void()> ours;
   std::function<void()> literal;
   std::function<void()> vtk; // null: none
 };
+
+/// The row of a race whose own time is known; the others run three times, and no more for large meshes, where
+/// they take seconds.
+morrow_bench::Case measured(const benchmark::State& state, const Race& race, double own)
+{
+  constexpr std::int64_t large = 1'000'000;
+  const int runs = state.range(0) < large ? 3 : 1;
+  morrow_bench::Case row = race.row;
+  row.ours = own;
+  row.literal = median_seconds(race.literal, runs);
+  if (race.vtk != nullptr) {
+    row.peer = median_seconds(race.vtk, runs);
+  }
+  return row;
+}
 
 void run(benchmark::State& state, MultiCellPicker& picker, LiteralMultiCellPicker& literal, vtkPointSet* data,
          const Race& race)
@@ -207,14 +225,12 @@ void run(benchmark::State& state, MultiCellPicker& picker, LiteralMultiCellPicke
     times.push_back(time);
   }
   const double own = std::max(median(times), 1.0e-6); // the clock's step
-  state.counters["literal/ours"] = median_seconds(3, race.literal) / own;
+  const morrow_bench::Case row = measured(state, race, own);
   const std::string different = morrow_test::difference(literal.records, picker.get_cell_picks());
   if (!different.empty()) {
     state.SkipWithError(("the results differ: " + different).c_str());
   }
-  if (race.vtk != nullptr) {
-    state.counters["vtk/ours"] = median_seconds(3, race.vtk) / own;
-  }
+  report(state, row);
   std::size_t cells = 0;
   for (const auto* record : picker.get_cell_picks()) {
     cells += record->SubPicks.size();
@@ -224,7 +240,8 @@ void run(benchmark::State& state, MultiCellPicker& picker, LiteralMultiCellPicke
                                  static_cast<double>(data->GetNumberOfCells());
 }
 
-void race_rays(benchmark::State& state, vtkPointSet* data, double tolerance, bool is_first)
+void race_rays(benchmark::State& state, const morrow_bench::Case& row, vtkPointSet* data, double tolerance,
+               bool is_first)
 {
   Stage stage(data);
   vtkNew<MultiCellPicker> picker;
@@ -234,6 +251,8 @@ void race_rays(benchmark::State& state, vtkPointSet* data, double tolerance, boo
   literal->SetTolerance(tolerance);
   vtks->SetTolerance(tolerance);
   Race race;
+  race.row = row;
+  race.row.peer_name = "vtkCellPicker";
   if (is_first) {
     race.prepare = [data] {
       data->Modified();
@@ -248,31 +267,36 @@ void race_rays(benchmark::State& state, vtkPointSet* data, double tolerance, boo
 
 void RayWarm(benchmark::State& state)
 {
-  race_rays(state, height_field(state.range(0), false), 0.01, false);
+  race_rays(state, row_of(state, "ray pick", {300.0, {}, {}}), height_field(state.range(0), false), 0.01,
+            false);
 }
 
 void RayThin(benchmark::State& state)
 {
-  race_rays(state, height_field(state.range(0), false), 1.0e-6, false);
+  race_rays(state, row_of(state, "ray pick, thin ray", {}), height_field(state.range(0), false), 1.0e-6,
+            false);
 }
 
 void RayAfterAChange(benchmark::State& state)
 {
-  race_rays(state, height_field(state.range(0), false), 0.01, true);
+  race_rays(state, row_of(state, "ray pick after a change", {20.0, {}, {}}),
+            height_field(state.range(0), false), 0.01, true);
 }
 
 void RayRandomOrder(benchmark::State& state)
 {
-  race_rays(state, height_field(state.range(0), true), 0.01, false);
+  race_rays(state, row_of(state, "ray pick, cells in random order", {35.0, {}, {}}),
+            height_field(state.range(0), true), 0.01, false);
 }
 
 void RayHexahedra(benchmark::State& state)
 {
-  race_rays(state, hexahedra(state.range(0)), 0.01, false);
+  race_rays(state, row_of(state, "ray pick, hexahedra", {60.0, {}, {}}, 200'000), hexahedra(state.range(0)),
+            0.01, false);
 }
 
-void race_regions(benchmark::State& state, PickBounds& region, bool touching, bool has_pointers,
-                  bool visible_only, bool is_first = false)
+void race_regions(benchmark::State& state, const morrow_bench::Case& row, PickBounds& region, bool touching,
+                  bool has_pointers, bool visible_only, bool is_first = false)
 {
   const vtkSmartPointer<vtkPointSet> data = height_field(state.range(0), false);
   if (has_pointers) {
@@ -284,6 +308,7 @@ void race_regions(benchmark::State& state, PickBounds& region, bool touching, bo
   literal->touching_cells = MultiCellPicker::mBoxPickAcceptPartialCells = touching;
   literal->visible_only = MultiCellPicker::mSelectVisibleOnly = visible_only;
   Race race;
+  race.row = row;
   if (is_first) {
     race.prepare = [&data] {
       data->Modified();
@@ -300,6 +325,7 @@ void race_regions(benchmark::State& state, PickBounds& region, bool touching, bo
     selector->SetRenderer(stage.renderer);
     selector->SetFieldAssociation(vtkDataObject::FIELD_ASSOCIATION_CELLS);
     selector->SetArea(0, 0, kWidth - 1, kHeight - 1);
+    race.row.peer_name = "vtkHardwareSelector";
     race.vtk = [&] { vtkSmartPointer<vtkSelection>::Take(selector->Select()); };
   } else if (as_box != nullptr) {
     double corners[32];
@@ -316,6 +342,7 @@ void race_regions(benchmark::State& state, PickBounds& region, bool touching, bo
     frustum->SetInputData(data);
     frustum->PreserveTopologyOn();
     frustum->SetFieldType(vtkSelectionNode::CELL);
+    race.row.peer_name = "vtkExtractSelectedFrustum";
     race.vtk = [&] {
       frustum->Modified();
       frustum->Update();
@@ -333,75 +360,79 @@ enum class Cells
   OneEntity
 };
 
-void region_race(benchmark::State& state, const std::unique_ptr<PickBounds>& region, Cells cells,
-                 bool visible_only = false)
+void region_race(benchmark::State& state, const morrow_bench::Case& row,
+                 const std::unique_ptr<PickBounds>& region, Cells cells, bool visible_only = false)
 {
-  race_regions(state, *region, cells == Cells::Touching, cells == Cells::Whole, visible_only);
+  race_regions(state, row, *region, cells == Cells::Touching, cells == Cells::Whole, visible_only);
 }
 
 void BoxWhole10(benchmark::State& state)
 {
-  region_race(state, box(0.1), Cells::Whole);
+  region_race(state, row_of(state, "box pick, a tenth", {50.0, 80.0, {}}), box(0.1), Cells::Whole);
 }
 
 void BoxWhole50(benchmark::State& state)
 {
-  region_race(state, box(0.5), Cells::Whole);
+  region_race(state, row_of(state, "box pick, half", {50.0, 80.0, {}}), box(0.5), Cells::Whole);
 }
 
 void BoxTouching50(benchmark::State& state)
 {
-  region_race(state, box(0.5), Cells::Touching);
+  region_race(state, row_of(state, "box pick, half, touching", {50.0, 80.0, {}}), box(0.5), Cells::Touching);
 }
 
 void BoxAll(benchmark::State& state)
 {
-  region_race(state, box(4.0), Cells::OneEntity);
+  region_race(state, row_of(state, "box pick, one entity, all", {50.0, 80.0, {}}), box(4.0),
+              Cells::OneEntity);
 }
 
 void BoxPartlyCovered(benchmark::State& state)
 {
-  region_race(state, box(0.5), Cells::OneEntity);
+  region_race(state, row_of(state, "box pick, one entity, partly", {1000.0, {}, {}}), box(0.5),
+              Cells::OneEntity);
 }
 
 void CircleWhole(benchmark::State& state)
 {
-  region_race(state, circle(), Cells::Whole);
+  region_race(state, row_of(state, "circle pick", {50.0, {}, {}}), circle(), Cells::Whole);
 }
 
 void CircleTouching(benchmark::State& state)
 {
-  region_race(state, circle(), Cells::Touching);
+  region_race(state, row_of(state, "circle pick, touching", {50.0, {}, {}}), circle(), Cells::Touching);
 }
 
 void LassoWhole(benchmark::State& state)
 {
-  region_race(state, lasso(), Cells::Whole);
+  region_race(state, row_of(state, "lasso pick", {50.0, {}, {}}), lasso(), Cells::Whole);
 }
 
 void LassoTouching(benchmark::State& state)
 {
-  region_race(state, lasso(), Cells::Touching);
+  region_race(state, row_of(state, "lasso pick, touching", {100.0, {}, {}}), lasso(), Cells::Touching);
 }
 
 void LassoPartlyCovered(benchmark::State& state)
 {
-  region_race(state, lasso(), Cells::OneEntity);
+  region_race(state, row_of(state, "lasso pick, one entity, partly", {}), lasso(), Cells::OneEntity);
 }
 
 void VisibleBox10(benchmark::State& state)
 {
-  region_race(state, box(0.1), Cells::Whole, true);
+  region_race(state, row_of(state, "box pick, a tenth, visible", {20.0, {}, {}}), box(0.1), Cells::Whole,
+              true);
 }
 
 void VisibleBoxMost(benchmark::State& state)
 {
-  region_race(state, box(0.9), Cells::Whole, true);
+  region_race(state, row_of(state, "box pick, most, visible", {6.0, {}, {}}), box(0.9), Cells::Whole, true);
 }
 
 void VisibleLassoTouching(benchmark::State& state)
 {
-  region_race(state, lasso(), Cells::Touching, true);
+  region_race(state, row_of(state, "lasso pick, touching, visible", {85.0, {}, {}}), lasso(), Cells::Touching,
+              true);
 }
 
 } // namespace

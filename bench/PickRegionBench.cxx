@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 
 // Pick regions that are asked for all points, edges and triangles of a mesh that fills a window of 1000 x
-// 1000 pixels, beside the literal regions, which try every triangle and edge in turn. "literal/ours" is how
-// many times as long those take; the answers are compared. The passes go over the mesh as a picker does,
-// without fetching cells: one look at each point, then the triangles that this does not decide. Needs no
-// display.
+// 1000 pixels, beside the literal regions, which try every triangle and edge in turn. The answers are
+// compared. The passes go over the mesh as a picker does, without fetching cells: one look at each point,
+// then the triangles that this does not decide. Needs no display.
+#include "BenchReport.h"
 #include "BenchSupport.h"
 #include "LassoInputs.h"
 #include "PickBounds.h"
@@ -16,6 +16,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 using morrow_bench::median;
@@ -181,7 +182,7 @@ std::size_t count_touched(const PickBounds& region, const Mesh& mesh)
 using Count = std::size_t (*)(const PickBounds&, const Mesh&);
 
 /// The polygon is made anew for each run, so that its grid is within the time, and the triangulation is not.
-void run(benchmark::State& state, Count ours, Count literally)
+void run(benchmark::State& state, const char* name, Count ours, Count literally, std::optional<double> target)
 {
   const Mesh mesh = mesh_of(state.range(0));
   const morrow_test::Ring ring = lasso_ring(64);
@@ -197,56 +198,69 @@ void run(benchmark::State& state, Count ours, Count literally)
     state.SetIterationTime(time);
     times.push_back(time);
   }
-  const double own = median(times);
-  const double other = processor_seconds([&] { benchmark::DoNotOptimize(literally(literal, mesh)); });
-  state.counters["literal/ours"] = other / own;
-  state.counters["each"] = benchmark::Counter(own / static_cast<double>(mesh.size()));
+  morrow_bench::Case row;
+  row.name = name;
+  row.ours = median(times);
+  row.literal = processor_seconds([&] { benchmark::DoNotOptimize(literally(literal, mesh)); });
+  constexpr std::int64_t many = 1'000'000;
+  row.targets = morrow_bench::from_size(state, many, {target, {}, {}});
+  report(state, row);
 }
 
 void LassoPoints(benchmark::State& state)
 {
-  run(state, count_points, count_points);
+  run(state, "points in a lasso", count_points, count_points, {});
 }
 
 void LassoSegments(benchmark::State& state)
 {
-  run(state, count_segments, count_segments);
+  run(state, "segments in a lasso", count_segments, count_segments, {});
 }
 
 void LassoTriangles(benchmark::State& state)
 {
-  run(state, count_triangles, count_triangles);
+  run(state, "triangles in a lasso", count_triangles, count_triangles, {});
 }
 
 void LassoPassWhole(benchmark::State& state)
 {
-  run(state, pass_whole, count_whole);
+  run(state, "pass: whole triangles in a lasso", pass_whole, count_whole, 50.0);
 }
 
 void LassoPassTouched(benchmark::State& state)
 {
-  run(state, pass_touched, count_touched);
+  run(state, "pass: triangles touched by a lasso", pass_touched, count_touched, 100.0);
+}
+
+void run_grid(benchmark::State& state, const char* name, const morrow_test::Ring& ring)
+{
+  const morrow_test::Triangulation polygon(ring);
+  std::vector<double> times;
+  for (auto _ : state) {
+    times.push_back(processor_seconds([&] {
+      benchmark::DoNotOptimize(morrow::PolygonGrid(polygon.points, polygon.triangles, polygon.edges));
+    }));
+    state.SetIterationTime(times.back());
+  }
+  morrow_bench::Case row;
+  row.name = name;
+  row.ours = median(times);
+  report(state, row);
+  state.counters["triangles"] = static_cast<double>(polygon.triangles.size()) / 3.0;
 }
 
 /// The grid alone. The argument is the number of vertices.
 void LassoGrid(benchmark::State& state)
 {
-  const morrow_test::Triangulation polygon(lasso_ring(state.range(0)));
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(morrow::PolygonGrid(polygon.points, polygon.triangles, polygon.edges));
-  }
+  run_grid(state, "grid of a lasso", lasso_ring(state.range(0)));
 }
 
 /// The same for vertices at random, whose crossings make some 115 000 triangles for 1000 vertices.
 void ScribbleGrid(benchmark::State& state)
 {
   morrow_test::PickInputs inputs(1);
-  const auto count = static_cast<std::size_t>(state.range(0));
-  const morrow_test::Triangulation polygon(morrow_test::random_ring(count, inputs));
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(morrow::PolygonGrid(polygon.points, polygon.triangles, polygon.edges));
-  }
-  state.counters["triangles"] = static_cast<double>(polygon.triangles.size()) / 3.0;
+  run_grid(state, "grid of a scribble",
+           morrow_test::random_ring(static_cast<std::size_t>(state.range(0)), inputs));
 }
 
 } // namespace
@@ -256,7 +270,7 @@ BENCHMARK(LassoSegments)->Arg(1000)->Arg(1'000'000)->UseManualTime()->Unit(bench
 BENCHMARK(LassoTriangles)->Arg(1000)->Arg(1'000'000)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(LassoPassWhole)->Arg(1000)->Arg(1'000'000)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(LassoPassTouched)->Arg(1000)->Arg(1'000'000)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(LassoGrid)->Arg(64)->Arg(1000)->Arg(10'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(ScribbleGrid)->Arg(100)->Arg(400)->Unit(benchmark::kMillisecond);
+BENCHMARK(LassoGrid)->Arg(64)->Arg(1000)->Arg(10'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(ScribbleGrid)->Arg(100)->Arg(400)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

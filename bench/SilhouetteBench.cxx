@@ -6,6 +6,7 @@
 // first view, for which it finds the neighbours of all cells, does not count. Ours and the literal version
 // are compared view by view, bit for bit. Needs no display.
 #include "BenchReport.h"
+#include "BenchScene.h"
 #include "BenchSupport.h"
 #include "CountedAllocations.h"
 #include "GSilhouetteMapper.h"
@@ -14,10 +15,8 @@
 #include <benchmark/benchmark.h>
 
 #include <vtkCamera.h>
-#include <vtkCellArray.h>
 #include <vtkMatrix4x4.h>
 #include <vtkNew.h>
-#include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataSilhouette.h>
 #include <vtkSmartPointer.h>
@@ -26,38 +25,17 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <functional>
-#include <numeric>
 #include <vector>
 
+using morrow_bench::height_field;
 using morrow_bench::median;
 using morrow_bench::processor_seconds;
+using morrow_bench::triangles;
 
 namespace {
 
 // ---------------------------------------------------------------------------------------------------------
 // Meshes
-
-using Surface = std::function<void(double u, double v, double* point)>; // from 0 to 1
-
-/// About so many triangles, two in each square of a grid over the surface.
-vtkSmartPointer<vtkPolyData> triangles(std::int64_t count, const Surface& surface)
-{
-  const auto side = static_cast<vtkIdType>(std::sqrt(static_cast<double>(count) / 2.0));
-  vtkNew<vtkPoints> points;
-  for (vtkIdType i = 0; i < (side + 1) * (side + 1); ++i) {
-    double point[3];
-    surface(static_cast<double>(i % (side + 1)) / static_cast<double>(side),
-            static_cast<double>(i / (side + 1)) / static_cast<double>(side), point);
-    points->InsertNextPoint(point);
-  }
-  std::vector<vtkIdType> squares(static_cast<std::size_t>(side * side));
-  std::iota(squares.begin(), squares.end(), 0);
-  auto data = vtkSmartPointer<vtkPolyData>::New();
-  data->SetPoints(points);
-  data->SetPolys(morrow_bench::grid_triangles(side, squares));
-  return data;
-}
 
 void sphere(double u, double v, double* point)
 {
@@ -65,13 +43,6 @@ void sphere(double u, double v, double* point)
   point[0] = std::cos(2.0 * pi * u) * std::sin(pi * v);
   point[1] = std::sin(2.0 * pi * u) * std::sin(pi * v);
   point[2] = -std::cos(pi * v);
-}
-
-void height_field(double u, double v, double* point)
-{
-  point[0] = 2.0 * u - 1.0;
-  point[1] = 2.0 * v - 1.0;
-  point[2] = 0.05 * std::sin(90.0 * u) * std::cos(70.0 * v);
 }
 
 // ---------------------------------------------------------------------------------------------------------

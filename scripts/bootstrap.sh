@@ -10,6 +10,7 @@ set -euo pipefail
 packages=(
   cmake
   g++
+  jq
   libbenchmark-dev
   libcli11-dev
   libgl1-mesa-dev
@@ -24,7 +25,7 @@ packages=(
   xauth
   xvfb
 )
-commands=(cmake g++ ninja pkg-config Xvfb xauth xdpyinfo)
+commands=(cmake g++ jq ninja pkg-config Xvfb xauth xdpyinfo)
 
 case ${1:-} in
 '') ;;

@@ -1,3 +1,515 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
-#include "MultiCellPicker.h"
+#include "CellPickFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+using morrow_test::EventHook;
+using morrow_test::ExpectedVtkErrors;
+using morrow_test::flat_actor;
+using morrow_test::flat_composite_actor;
+using morrow_test::give_pointers;
+using morrow_test::kRed;
+using morrow_test::multiblock;
+using morrow_test::quad;
+using morrow_test::two_triangles;
+using morrow_test::WarningDisplayOn;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+class MultiCellPickerTest : public morrow_test::MultiCellPickerTest
+{};
+
+// ---------------------------------------------------------------------------------------------------------
+// The class
+
+TEST_F(MultiCellPickerTest, IsAVtkPickerWithATightTolerance)
+{
+  EXPECT_STREQ("MultiCellPicker", mPicker->GetClassName());
+  EXPECT_TRUE(mPicker->IsA("vtkPicker"));
+  EXPECT_EQ(1, MultiCellPicker::IsTypeOf("vtkPicker"));
+  EXPECT_EQ(0.009999999776482582, mPicker->GetTolerance()); // the float 0.01
+  EXPECT_TRUE(vtkSmartPointer<MultiCellPicker>::Take(mPicker->NewInstance()) != nullptr);
+  EXPECT_FALSE(MultiCellPicker::mSelectVisibleOnly);
+  EXPECT_FALSE(MultiCellPicker::mBoxPickAcceptPartialCells);
+  EXPECT_TRUE(picks().empty());
+  EXPECT_EQ(20U, sizeof(MultiCellPicker::SubCellPick));
+}
+
+TEST_F(MultiCellPickerTest, PrintsItsPropsAfterItsBaseClass)
+{
+  const auto actor = this->show(quad(-1, -1, 1, 1));
+  mPicker->Pick(50, 50, 0, mRenderer);
+  std::ostringstream text;
+  mPicker->Print(text);
+  std::ostringstream line;
+  line << "Prop: " << static_cast<void*>(static_cast<vtkProp3D*>(actor)) << "\n";
+  EXPECT_NE(std::string::npos, text.str().find("Tolerance: 0.01"));
+  EXPECT_NE(std::string::npos, text.str().find(line.str()));
+  EXPECT_LT(text.str().find("Tolerance"), text.str().find("\nProp: "));
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Rays
+
+TEST_F(MultiCellPickerTest, ARayRecordsAllDataSetsWhileTheSingleResultStaysEmpty)
+{
+  const vtkSmartPointer<vtkPolyData> near = quad(-1, -1, 1, 1, 3.0);
+  const vtkSmartPointer<vtkPolyData> far = quad(-1, -1, 1, 1, -2.0);
+  const auto near_actor = this->show(near);
+  const auto far_actor = this->show(far);
+  this->show(quad(-1, -1, -0.5, -0.5, 0.0)); // beside the ray
+  int picked = 0;
+  int started = 0;
+  int ended = 0;
+  const EventHook pick(mPicker, vtkCommand::PickEvent, [&] { ++picked; });
+  const EventHook start(mPicker, vtkCommand::StartPickEvent, [&] { ++started; });
+  const EventHook end(mPicker, vtkCommand::EndPickEvent, [&] { ++ended; });
+
+  EXPECT_EQ(0, mPicker->Pick(60, 45, 0, mRenderer)); // no prop is the nearest
+  ASSERT_EQ(2U, picks().size());
+  EXPECT_EQ(near_actor, picks()[0]->Prop);
+  EXPECT_EQ(near, picks()[0]->DataSet);
+  EXPECT_EQ(far_actor, picks()[1]->Prop);
+  EXPECT_EQ(far, picks()[1]->DataSet);
+  const MultiCellPicker::CellPick& record = *picks()[1];
+  ASSERT_EQ(1U, record.SubPicks.size());
+  EXPECT_EQ(0, record.SubPicks[0].CellId);
+  EXPECT_NEAR(0.2, record.SubPicks[0].Point[0], 1e-6);
+  EXPECT_NEAR(-0.1, record.SubPicks[0].Point[1], 1e-6);
+  EXPECT_NEAR(-2.0, record.SubPicks[0].Point[2], 1e-6);
+  EXPECT_TRUE(record.SubPicks[0].Direct);
+  EXPECT_TRUE(record.SubPicks[0].Visible);
+  EXPECT_NEAR(9.0, record.P1[2], 1e-5); // the near plane
+  EXPECT_NEAR(-10.0, record.P2[2], 1e-5);
+  EXPECT_NEAR(0.0282843 * 0.999, record.Tolerance, 1e-6); // of a diagonal of 2.83 units, as VTK rounds it
+  EXPECT_EQ(nullptr, record.Region);
+  EXPECT_EQ(nullptr, mPicker->GetPath());
+  EXPECT_EQ(nullptr, mPicker->GetMapper());
+  EXPECT_EQ(nullptr, mPicker->GetDataSet());
+  EXPECT_EQ(1, started);
+  EXPECT_EQ(1, ended);
+  EXPECT_EQ(0, picked);
+}
+
+TEST_F(MultiCellPickerTest, DirectIsAHitAtHalfTheTolerance)
+{
+  // The triangle's left side is at x = -0.5: 25 pixels.
+  this->show(quad(-0.5, -1, 1, 1));
+  mPicker->SetTolerance(0.05); // 0.1414 units, 7.07 pixels
+  const auto direct_at = [this](double x) {
+    mPicker->Pick(x, 50, 0, mRenderer);
+    EXPECT_EQ(1U, picks().size()) << x;
+    return !picks().empty() && picks()[0]->SubPicks[0].Direct;
+  };
+  EXPECT_TRUE(direct_at(30));
+  EXPECT_TRUE(direct_at(22));
+  EXPECT_FALSE(direct_at(20)); // 5 pixels away: between half the tolerance and the whole
+  mPicker->Pick(17, 50, 0, mRenderer);
+  EXPECT_TRUE(picks().empty());
+}
+
+TEST_F(MultiCellPickerTest, RecordsKeepTheirTransformWhenThePropMoves)
+{
+  const auto actor = this->show(quad(-1, -1, 1, 1));
+  actor->SetPosition(0.25, 0.0, 1.5);
+  actor->SetScale(2.0, 2.0, 1.0);
+  mPicker->Pick(50, 50, 0, mRenderer);
+  ASSERT_EQ(1U, picks().size());
+  actor->SetPosition(9.0, 9.0, 9.0);
+  double world[3];
+  const double corner[3] = {1.0, 1.0, 0.0};
+  picks()[0]->Transform->TransformPoint(corner, world);
+  EXPECT_NEAR(2.25, world[0], 1e-9);
+  EXPECT_NEAR(1.5, world[2], 1e-9);
+  EXPECT_NEAR(0.0, picks()[0]->SubPicks[0].Point[0], 1e-6); // in the world, not in the data set
+  EXPECT_NEAR(1.5, picks()[0]->SubPicks[0].Point[2], 1e-6);
+  EXPECT_NEAR(-0.125, picks()[0]->P1[0], 1e-6); // in the data set
+}
+
+TEST_F(MultiCellPickerTest, CompositeInputIsWalkedLeafByLeaf)
+{
+  const vtkSmartPointer<vtkPolyData> a = quad(-1, -1, 1, 1, 0.0);
+  const vtkSmartPointer<vtkPolyData> b = quad(-1, -1, 1, 1, 1.0);
+  const auto blocks = multiblock({a, nullptr, b});
+  mRenderer->AddActor(flat_composite_actor(blocks, kRed));
+  mPicker->Pick(50, 50, 0, mRenderer);
+  ASSERT_EQ(2U, picks().size());
+  EXPECT_EQ(a, picks()[0]->DataSet);
+  EXPECT_EQ(b, picks()[1]->DataSet);
+  EXPECT_EQ(1, this->pick_all());
+  ASSERT_EQ(2U, picks().size());
+  EXPECT_EQ(b, picks()[1]->DataSet);
+}
+
+TEST_F(MultiCellPickerTest, MappersThatAreNoneOrHaveNoDataAreSkipped)
+{
+  const double p1[3] = {0, 0, 5};
+  const double p2[3] = {0, 0, -5};
+  vtkNew<vtkVolume> volume;
+  vtkNew<vtkPolyDataMapper> empty;
+  EXPECT_EQ(9.999999680285692e37, mPicker->IntersectWithLine(p1, p2, 0.1, nullptr, volume, nullptr));
+  EXPECT_EQ(2.0, mPicker->IntersectWithLine(p1, p2, 0.1, nullptr, volume, empty));
+  vtkNew<vtkMatrix4x4> identity;
+  PickBox box;
+  EXPECT_EQ(9.999999680285692e37,
+            mPicker->IntersectWithBounds(&box, identity, nullptr, volume, nullptr, mRenderer));
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(nullptr, identity, nullptr, volume, empty, mRenderer));
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(&box, identity, nullptr, volume, empty, mRenderer));
+  EXPECT_TRUE(picks().empty());
+}
+
+TEST_F(MultiCellPickerTest, ImageDataIsPickedByRayButNotByRegion)
+{
+  vtkNew<vtkImageData> image;
+  image->SetDimensions(3, 3, 1);
+  image->SetOrigin(-1, -1, 0);
+  vtkNew<vtkDataSetMapper> mapper;
+  mapper->SetInputData(image);
+  vtkNew<vtkActor> actor;
+  actor->SetMapper(mapper);
+  mRenderer->AddActor(actor);
+  mPicker->Pick(75, 25, 0, mRenderer);
+  EXPECT_EQ(std::vector<int>({1}), this->cells());
+  EXPECT_EQ(0, this->pick_all());
+}
+
+TEST_F(MultiCellPickerTest, RaysWithoutLengthOrNumbersAreHarmless)
+{
+  const auto actor = this->show(quad(-1, -1, 1, 1));
+  const double at[3] = {0, 0, 0};
+  const double nowhere[3] = {kNan, 0, 0};
+  vtkMapper* mapper = actor->GetMapper();
+  for (const double tolerance : {0.0, 0.1, -0.1, kNan, 1e300}) {
+    EXPECT_EQ(2.0, mPicker->IntersectWithLine(at, at, tolerance, nullptr, actor, mapper));
+    EXPECT_EQ(2.0, mPicker->IntersectWithLine(nowhere, at, tolerance, nullptr, actor, mapper));
+    EXPECT_EQ(2.0, mPicker->IntersectWithLine(at, nowhere, tolerance, nullptr, actor, mapper));
+  }
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Points near lines
+
+TEST_F(MultiCellPickerTest, APointNearALineHasATolerancePerAxis)
+{
+  const float p1[3] = {0, 0, 0};
+  const float p2[3] = {0, 0, 4};
+  float t = -1;
+  float closest[3] = {7, 7, 7};
+  float pcoords[3] = {5, 5, 5};
+  int sub_id = 3;
+  double x[3] = {0.09, -0.09, 1}; // 0.127 away, but within 0.1 along each axis
+  EXPECT_EQ(1, mPicker->intersect_point_with_line(x, p1, p2, 0.1F, t, closest, pcoords, sub_id));
+  EXPECT_EQ(0.25F, t);
+  EXPECT_EQ(0.09F, closest[0]);
+  EXPECT_EQ(0.0F, pcoords[0]);
+  EXPECT_EQ(0.0F, pcoords[1]);
+  EXPECT_EQ(0, sub_id);
+  double beside[3] = {0, 0.11, 1};
+  EXPECT_EQ(0, mPicker->intersect_point_with_line(beside, p1, p2, 0.1F, t, closest, pcoords, sub_id));
+  EXPECT_EQ(-10.0F, pcoords[0]);
+  EXPECT_EQ(0.09F, closest[0]);
+  double behind[3] = {0, 0, 4.01};
+  EXPECT_EQ(0, mPicker->intersect_point_with_line(behind, p1, p2, 0.1F, t, closest, pcoords, sub_id));
+  EXPECT_FLOAT_EQ(1.0025F, t);
+  double before[3] = {0, 0, -0.01};
+  EXPECT_EQ(0, mPicker->intersect_point_with_line(before, p1, p2, 0.1F, t, closest, pcoords, sub_id));
+}
+
+TEST_F(MultiCellPickerTest, APointNearALineWithoutLengthIsNone)
+{
+  const float p[3] = {1, 1, 1};
+  float t = -1;
+  float closest[3] = {7, 7, 7};
+  float pcoords[3] = {5, 5, 5};
+  int sub_id = 3;
+  double x[3] = {1, 1, 1};
+  EXPECT_EQ(0, mPicker->intersect_point_with_line(x, p, p, 0.1F, t, closest, pcoords, sub_id));
+  EXPECT_EQ(-1.0F, t);
+  EXPECT_EQ(5.0F, pcoords[0]);
+  EXPECT_EQ(0.0F, pcoords[1]);
+  EXPECT_EQ(0, sub_id);
+  EXPECT_EQ(0, mPicker->intersect_point_with_line(nullptr, p, p, 0.1F, t, closest, pcoords, sub_id));
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Regions
+
+TEST_F(MultiCellPickerTest, HalfASurfaceOfOneEntityIsNothingButPartOfOneWithPointers)
+{
+  const vtkSmartPointer<vtkPolyData> data = two_triangles();
+  const auto actor = this->show(data);
+  EXPECT_EQ(0, this->pick_box(0, 0, 50, 100));
+  EXPECT_TRUE(picks().empty());
+  EXPECT_EQ(1, this->pick_box(0, 0, 100, 100));
+  EXPECT_EQ(std::vector<int>({0, 1}), this->cells());
+  EXPECT_EQ(actor, picks()[0]->Prop);
+  EXPECT_EQ(data, picks()[0]->DataSet);
+  EXPECT_EQ(nullptr, picks()[0]->Region); // the region may be gone
+  EXPECT_EQ(0, picks()[0]->RegionFlags);
+  for (const float value : picks()[0]->SubPicks[0].Point) {
+    EXPECT_EQ(1e38F, value);
+  }
+  EXPECT_TRUE(picks()[0]->SubPicks[1].Direct);
+  EXPECT_TRUE(picks()[0]->SubPicks[1].Visible);
+
+  give_pointers(data);
+  EXPECT_EQ(1, this->pick_box(0, 0, 50, 100));
+  EXPECT_EQ(std::vector<int>({0}), this->cells());
+}
+
+TEST_F(MultiCellPickerTest, PointersRecordCellsWithAPointInsideOnceOneIsAccepted)
+{
+  const vtkSmartPointer<vtkPolyData> data = two_triangles();
+  give_pointers(data);
+  this->show(data);
+  EXPECT_EQ(1, this->pick_box(0, 0, 70, 100)); // all of cell 0, the left corner of cell 1
+  EXPECT_EQ(std::vector<int>({0, 1}), this->cells());
+  EXPECT_EQ(0, this->pick_box(55, 0, 70, 100)); // a corner of cell 1 alone
+}
+
+TEST_F(MultiCellPickerTest, TouchModeTakesShapesThatMeetTheRegion)
+{
+  MultiCellPicker::mBoxPickAcceptPartialCells = true;
+  this->show(two_triangles());
+  EXPECT_EQ(1, this->pick_box(20, 45, 22, 47)); // inside cell 0, none of its points
+  EXPECT_EQ(std::vector<int>({0}), this->cells());
+  EXPECT_EQ(0, this->pick_box(48, 45, 52, 47)); // between the two
+  EXPECT_EQ(1, this->pick_box(5, 20, 12, 40));  // a corner
+  EXPECT_EQ(std::vector<int>({0}), this->cells());
+}
+
+TEST_F(MultiCellPickerTest, TouchModeKnowsVerticesLinesAndOtherCellsByTheirPoints)
+{
+  MultiCellPicker::mBoxPickAcceptPartialCells = true;
+  vtkNew<vtkPoints> points;
+  points->InsertNextPoint(-0.5, 0.0, 0.0); // 25, 50
+  points->InsertNextPoint(0.5, 0.0, 0.0);  // 75, 50
+  points->InsertNextPoint(0.0, 0.6, 0.0);  // 50, 80
+  points->InsertNextPoint(0.0, 0.2, 0.5);
+  vtkNew<vtkUnstructuredGrid> grid;
+  grid->SetPoints(points);
+  const vtkIdType ids[4] = {0, 1, 2, 3};
+  grid->InsertNextCell(VTK_POLY_VERTEX, 2, ids);
+  grid->InsertNextCell(VTK_POLY_LINE, 2, ids);
+  grid->InsertNextCell(VTK_POLYGON, 3, ids);
+  grid->InsertNextCell(VTK_TRIANGLE_STRIP, 3, ids);
+  grid->InsertNextCell(VTK_TETRA, 4, ids);
+  vtkNew<vtkDataSetMapper> mapper;
+  mapper->SetInputData(grid);
+  vtkNew<vtkActor> actor;
+  actor->SetMapper(mapper);
+  mRenderer->AddActor(actor);
+  EXPECT_EQ(1, this->pick_box(40, 48, 45, 52)); // over the line, at no point
+  EXPECT_EQ(std::vector<int>({1, 2}), this->cells());
+  EXPECT_EQ(1, this->pick_box(70, 45, 80, 55)); // over point 1
+  EXPECT_EQ(std::vector<int>({0, 1, 2, 3, 4}), this->cells());
+}
+
+TEST_F(MultiCellPickerTest, ATriangleWithItsCornersInOnePlaceTouchesEverything)
+{
+  // So says the test of a point in a triangle, for which no side of it is beyond any point.
+  MultiCellPicker::mBoxPickAcceptPartialCells = true;
+  const vtkSmartPointer<vtkPolyData> data = two_triangles();
+  data->GetPolys()->InsertNextCell({0, 0, 0});
+  this->show(data);
+  EXPECT_EQ(1, this->pick_box(48, 50, 52, 55));
+  EXPECT_EQ(std::vector<int>({2}), this->cells());
+}
+
+TEST_F(MultiCellPickerTest, CirclesAndLassosPickLikeBoxes)
+{
+  this->show(two_triangles());
+  PickCircle circle;
+  const double center[2] = {50, 50};
+  circle.set_circle(center, 45);
+  EXPECT_EQ(1, mPicker->PickByBounds(&circle, mRenderer));
+  circle.set_circle(center, 35);
+  EXPECT_EQ(0, mPicker->PickByBounds(&circle, mRenderer));
+  PickPolygon lasso;
+  const double ring[4][2] = {{0, 50}, {50, 100}, {100, 50}, {50, -30}};
+  lasso.set_polygon(4, ring);
+  MultiCellPicker::mBoxPickAcceptPartialCells = true;
+  EXPECT_EQ(1, mPicker->PickByBounds(&lasso, mRenderer));
+  EXPECT_EQ(std::vector<int>({0, 1}), this->cells());
+}
+
+/// A region of a host's own: everything left of a line.
+struct LeftHalf : PickBounds
+{
+  bool intersects_with_point(const double* p) const override { return p[0] < 50; }
+  bool intersects_with_line(const double* p, const double* q) const override
+  {
+    return p[0] < 50 || q[0] < 50;
+  }
+  bool intersects_with_triangle(const double* a, const double* b, const double* c) const override
+  {
+    return a[0] < 50 || b[0] < 50 || c[0] < 50;
+  }
+  bool intersects_with_bbox(const BrantBox& /*box*/) const override { return true; }
+};
+
+TEST_F(MultiCellPickerTest, RegionsOfTheHostAreAsked)
+{
+  const vtkSmartPointer<vtkPolyData> data = two_triangles();
+  give_pointers(data);
+  this->show(data);
+  LeftHalf region;
+  EXPECT_EQ(1, mPicker->PickByBounds(&region, mRenderer));
+  EXPECT_EQ(std::vector<int>({0}), this->cells());
+}
+
+TEST_F(MultiCellPickerTest, WithoutARendererARegionPickIsAnError)
+{
+  this->show(quad(-1, -1, 1, 1));
+  this->pick_all();
+  ASSERT_EQ(1U, picks().size());
+  PickBox box;
+  int started = 0;
+  const EventHook start(mPicker, vtkCommand::StartPickEvent, [&] { ++started; });
+  {
+    const WarningDisplayOn on;
+    const ExpectedVtkErrors expected({"Must specify renderer!"});
+    EXPECT_EQ(0, mPicker->PickByBounds(&box, nullptr));
+    ASSERT_EQ(1, expected.count());
+    EXPECT_NE(std::string::npos, morrow_test::vtk_messages().back().text.find("base/MultiCellPicker"));
+  }
+  EXPECT_TRUE(picks().empty());
+  EXPECT_EQ(0, started);
+  int errors = 0;
+  const WarningDisplayOn on;
+  const EventHook error(mPicker, vtkCommand::ErrorEvent, [&] { ++errors; });
+  EXPECT_EQ(0, mPicker->PickByBounds(&box, nullptr));
+  EXPECT_EQ(1, errors);
+}
+
+TEST_F(MultiCellPickerTest, WithoutRegionWindowOrPixelsNothingIsFound)
+{
+  this->show(quad(-0.5, -0.5, 0.5, 0.5));
+  EXPECT_EQ(0, mPicker->PickByBounds(nullptr, mRenderer));
+  vtkNew<vtkRenderer> lonely;
+  lonely->AddActor(flat_actor(quad(-1, -1, 1, 1), kRed));
+  PickBox box;
+  EXPECT_EQ(0, mPicker->PickByBounds(&box, lonely));
+  EXPECT_EQ(0, mPicker->Pick(0, 0, 0, lonely));
+  MultiCellPicker::mSelectVisibleOnly = true; // of a window that has never been rendered
+  EXPECT_EQ(1, this->pick_all());
+  EXPECT_TRUE(picks()[0]->SubPicks[0].Visible);
+}
+
+TEST_F(MultiCellPickerTest, RegionPicksFireStartAndEnd)
+{
+  std::string order;
+  const EventHook start(mPicker, vtkCommand::StartPickEvent, [&] { order += "start "; });
+  const EventHook pick(mPicker, vtkCommand::PickEvent, [&] { order += "pick "; });
+  const EventHook end(mPicker, vtkCommand::EndPickEvent,
+                      [&] { order += std::to_string(picks().size()) + " end "; });
+  this->show(quad(-0.5, -0.5, 0.5, 0.5));
+  this->pick_all();
+  EXPECT_EQ("start 1 end ", order);
+}
+
+TEST_F(MultiCellPickerTest, PropsThatCannotBePickedAreLeftOut)
+{
+  const auto actor = this->show(quad(-0.5, -0.5, 0.5, 0.5));
+  const auto picked = [this] {
+    mPicker->Pick(50, 50, 0, mRenderer);
+    const bool by_ray = !picks().empty();
+    EXPECT_EQ(by_ray ? 1 : 0, this->pick_all());
+    return by_ray;
+  };
+  EXPECT_TRUE(picked());
+  actor->PickableOff();
+  EXPECT_FALSE(picked());
+  actor->PickableOn();
+  actor->VisibilityOff();
+  EXPECT_FALSE(picked());
+  actor->VisibilityOn();
+  actor->GetProperty()->SetOpacity(0.0);
+  EXPECT_FALSE(picked());
+  actor->GetProperty()->SetOpacity(0.01);
+  EXPECT_TRUE(picked());
+  mPicker->PickFromListOn();
+  EXPECT_FALSE(picked());
+  mPicker->AddPickList(actor);
+  EXPECT_TRUE(picked());
+  mPicker->PickFromListOff();
+  mRenderer->RemoveActor(actor);
+  EXPECT_FALSE(picked());
+  mRenderer->AddVolume(vtkNew<vtkVolume>());
+  mRenderer->AddActor(vtkNew<vtkActor>());
+  EXPECT_EQ(0, this->pick_all());
+}
+
+TEST_F(MultiCellPickerTest, LevelsOfDetailArePickedInTheirPickLevel)
+{
+  const vtkSmartPointer<vtkPolyData> fine = two_triangles();
+  vtkNew<vtkPolyDataMapper> fine_mapper;
+  fine_mapper->SetInputData(fine);
+  vtkNew<vtkPolyDataMapper> rough_mapper;
+  rough_mapper->SetInputData(quad(-0.9, -0.9, 0.9, 0.9));
+  vtkNew<vtkProperty> hidden;
+  hidden->SetOpacity(0.0);
+  vtkNew<vtkLODProp3D> prop;
+  const int first = prop->AddLOD(fine_mapper, 0.0);
+  const int second = prop->AddLOD(rough_mapper, hidden, 0.0);
+  prop->AutomaticPickLODSelectionOff();
+  prop->SetSelectedPickLODID(first);
+  mRenderer->AddViewProp(prop);
+  EXPECT_EQ(1, this->pick_all());
+  EXPECT_EQ(fine, picks()[0]->DataSet);
+  EXPECT_EQ(prop, picks()[0]->Prop);
+  prop->SetSelectedPickLODID(second);
+  EXPECT_EQ(0, this->pick_all());
+}
+
+TEST_F(MultiCellPickerTest, PartsOfAssembliesAreWhereTheAssemblyHasThem)
+{
+  const auto actor = flat_actor(quad(-0.2, -0.2, 0.2, 0.2), kRed);
+  actor->SetPosition(0.3, 0.0, 0.0);
+  vtkNew<vtkAssembly> assembly;
+  assembly->AddPart(actor);
+  assembly->SetPosition(0.3, 0.0, 0.0); // together 0.6 to the right: from 70 to 90
+  mRenderer->AddActor(assembly);
+  EXPECT_EQ(1, this->pick_box(69, 39, 91, 61));
+  ASSERT_EQ(1U, picks().size());
+  EXPECT_EQ(actor, picks()[0]->Prop);
+  EXPECT_NEAR(0.6, picks()[0]->Transform->GetMatrix()->GetElement(0, 3), 1e-12);
+  EXPECT_EQ(0, this->pick_box(54, 39, 76, 61));
+  mPicker->Pick(80, 50, 0, mRenderer);
+  ASSERT_EQ(1U, picks().size());
+  EXPECT_NEAR(0.6, picks()[0]->SubPicks[0].Point[0], 1e-6);
+}
+
+TEST_F(MultiCellPickerTest, PointsBehindTheEyeAreMirroredOntoTheScreen)
+{
+  vtkCamera* camera = mRenderer->GetActiveCamera();
+  camera->ParallelProjectionOff();
+  camera->SetViewAngle(90.0);
+  camera->SetPosition(0.0, 0.0, 0.0);
+  camera->SetFocalPoint(0.0, 0.0, -1.0);
+  camera->SetClippingRange(0.1, 100.0);
+  this->show(quad(-2.0, -0.5, -1.0, 0.5, 4.0)); // behind, to the left: mirrored to 62.5 .. 75
+  EXPECT_EQ(1, this->pick_box(60, 40, 80, 60));
+  EXPECT_EQ(0, this->pick_box(20, 40, 40, 60));
+  MultiCellPicker::mSelectVisibleOnly = true;
+  EXPECT_EQ(1, this->pick_box(60, 40, 80, 60));
+  EXPECT_FALSE(picks()[0]->SubPicks[0].Visible); // beyond the far plane
+  MultiCellPicker::mSelectVisibleOnly = false;
+  mPicker->Pick(70, 50, 0, mRenderer);
+  EXPECT_TRUE(picks().empty());
+  this->show(quad(-1.0, -1.0, 1.0, 1.0, 0.0)); // in the plane of the eye: no projection
+  EXPECT_EQ(1, this->pick_box(60, 40, 80, 60));
+  EXPECT_EQ(1U, picks().size());
+}
+
+} // namespace
