@@ -19,6 +19,7 @@ packages=(
   libglu1-mesa-dev
   libgtest-dev
   libvtk9-dev
+  nlohmann-json3-dev
   ninja-build
   pkg-config
   x11-utils

@@ -272,7 +272,7 @@ TEST_F(MeshviewGroupsTest, BlocksLeadBackToTheirEntities)
   ASSERT_EQ(blocks.size(), 6U);
   std::set<GDataGroupEntity*> entities;
   for (const auto& block : blocks) {
-    auto* entity = static_cast<MeshEntity*>(MRUtil::get_back_pointer(block));
+    auto* entity = static_cast<GroupedEntity*>(MRUtil::get_back_pointer(block));
     ASSERT_NE(entity, nullptr);
     EXPECT_EQ(entity->data(), block);
     entities.insert(entity);
@@ -298,7 +298,7 @@ TEST_F(MeshviewGroupsTest, AChangedEntityIsDrawnAnew)
   const int before = count_pixels(read_pixels(shown.view->get_render_window()), is_drawn);
   const auto blocks = shown.groups->shown(*shown.view);
   ASSERT_EQ(blocks.size(), 1U);
-  auto* entity = static_cast<MeshEntity*>(MRUtil::get_back_pointer(blocks.front()));
+  auto* entity = static_cast<GroupedEntity*>(MRUtil::get_back_pointer(blocks.front()));
   entity->set_data(quad(0.0, 0.0, 1.0, 0.5));
   shown.groups->update_parts();
   shown.view->render();

@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -403,6 +404,85 @@ void MeshviewWindowTest::ask_to_close(Window window) const
   event.xclient.data.l[0] = static_cast<long>(XInternAtom(mDisplay, "WM_DELETE_WINDOW", False));
   XSendEvent(mDisplay, window, False, NoEventMask, &event);
   XFlush(mDisplay);
+}
+
+void MeshviewWindowTest::send_mouse(Window window, int type, int x, int y, unsigned int state) const
+{
+  XWindowAttributes attributes = {};
+  ASSERT_NE(XGetWindowAttributes(mDisplay, window, &attributes), 0);
+  XEvent event = {};
+  event.xbutton.type = type; // the first fields of a motion are the same
+  event.xbutton.display = mDisplay;
+  event.xbutton.window = window;
+  event.xbutton.root = DefaultRootWindow(mDisplay);
+  event.xbutton.same_screen = True;
+  event.xbutton.x = x;
+  event.xbutton.y = attributes.height - 1 - y;
+  event.xbutton.state = state;
+  if (type == MotionNotify) { // VTK asks where the pointer really is
+    XWarpPointer(mDisplay, None, window, 0, 0, 0, 0, event.xbutton.x, event.xbutton.y);
+  } else {
+    event.xbutton.button = Button1;
+  }
+  XSendEvent(mDisplay, window, False, type == MotionNotify ? PointerMotionMask : ButtonPressMask, &event);
+  XFlush(mDisplay);
+}
+
+void MeshviewWindowTest::press_button(Window window, int x, int y, unsigned int state) const
+{
+  send_mouse(window, ButtonPress, x, y, state);
+}
+
+void MeshviewWindowTest::release_button(Window window, int x, int y, unsigned int state) const
+{
+  send_mouse(window, ButtonRelease, x, y, state | Button1Mask);
+}
+
+void MeshviewWindowTest::move_mouse(Window window, int x, int y, unsigned int state) const
+{
+  send_mouse(window, MotionNotify, x, y, state);
+}
+
+void MeshviewRunningTest::open(const std::string& mesh, const std::vector<std::string>& arguments)
+{
+  mStem = fs::path(mesh).stem().string();
+  std::vector<std::string> all = {mesh};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  mProcess = std::make_unique<Process>(all, false, false, mFolder.path());
+  mWindow = wait_for_window("meshview - " + mesh);
+  ASSERT_NE(mWindow, 0U);
+  // Keys that come before the program listens are lost.
+  std::thread knocking([this] {
+    while (!mListens) {
+      press_key(mWindow, XK_h);
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+  });
+  mListens = mProcess->wait_for_output_text("print this list");
+  mListens = true;
+  knocking.join();
+}
+
+void MeshviewRunningTest::TearDown()
+{
+  mProcess.reset();
+  MeshviewWindowTest::TearDown();
+}
+
+std::string MeshviewRunningTest::expect_output(const std::string& text)
+{
+  const std::string all = mProcess->expect_new_output(text);
+  EXPECT_NE(all.find(text), std::string::npos) << "'" << text << "' is not in '" << all << "'";
+  return all;
+}
+
+Image MeshviewRunningTest::picture()
+{
+  press_key(mWindow, XK_s);
+  char digits[16];
+  std::snprintf(digits, sizeof digits, "_%04d.png", ++mPictures);
+  expect_output("saved " + mStem + digits);
+  return read_png(in_folder(mStem + digits));
 }
 
 } // namespace morrow_test

@@ -13,8 +13,10 @@
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
 
+#include <atomic>
 #include <chrono>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -151,7 +153,39 @@ protected:
   /// What a window manager sends when its button is pressed.
   void ask_to_close(Window window) const;
 
+  /// A button goes down or up, or the mouse moves, in pixels from the window's bottom left corner. The
+  /// display's one pointer goes along.
+  void press_button(Window window, int x, int y, unsigned int state = 0) const;
+  void release_button(Window window, int x, int y, unsigned int state = 0) const;
+  void move_mouse(Window window, int x, int y, unsigned int state = 0) const;
+
   Display* mDisplay = nullptr;
+
+private:
+  void send_mouse(Window window, int type, int x, int y, unsigned int state) const;
+};
+
+/// The program with a window that takes events.
+class MeshviewRunningTest : public MeshviewWindowTest
+{
+protected:
+  /// mesh: the first file. Waits until the window listens.
+  void open(const std::string& mesh, const std::vector<std::string>& arguments);
+  void TearDown() override;
+
+  /// What the program writes from now on, until it writes the text.
+  std::string expect_output(const std::string& text);
+
+  /// The picture that the key s saves.
+  [[nodiscard]] Image picture();
+
+  std::unique_ptr<Process> mProcess;
+  Window mWindow = 0;
+
+private:
+  std::string mStem;
+  std::atomic<bool> mListens{false};
+  int mPictures = 0;
 };
 
 } // namespace morrow_test

@@ -77,43 +77,13 @@ double angle_between(const Vector& a, const Vector& b)
 }
 
 /// A window that takes keys, of a cube coloured by the sides' numbers.
-class MeshviewKeysInWindowTest : public MeshviewWindowTest
+class MeshviewKeysInWindowTest : public MeshviewRunningTest
 {
 protected:
   void SetUp() override
   {
-    MeshviewWindowTest::SetUp();
-    const std::string cube = write_cube();
-    mProcess =
-        std::make_unique<Process>(std::vector<std::string>{cube, "--size", "200x200", "--background", "9",
-                                                           "--color-by", "side", "--title", "Cube"},
-                                  false, false, mFolder.path());
-    mWindow = wait_for_window("meshview - " + cube);
-    ASSERT_NE(mWindow, 0U);
-    // Keys that come before the program listens are lost.
-    std::thread knocking([this] {
-      while (!mListens) {
-        press_key(mWindow, XK_h);
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-      }
-    });
-    mListens = mProcess->wait_for_output_text("print this list");
-    mListens = true;
-    knocking.join();
-  }
-
-  void TearDown() override
-  {
-    mProcess.reset();
-    MeshviewWindowTest::TearDown();
-  }
-
-  /// What the program writes from now on, until it writes the text.
-  std::string expect_output(const std::string& text)
-  {
-    const std::string all = mProcess->expect_new_output(text);
-    EXPECT_NE(all.find(text), std::string::npos) << "'" << text << "' is not in '" << all << "'";
-    return all;
+    MeshviewRunningTest::SetUp();
+    open(write_cube(), {"--size", "200x200", "--background", "9", "--color-by", "side", "--title", "Cube"});
   }
 
   /// The direction in which the camera looks.
@@ -130,21 +100,6 @@ protected:
     }
     return found;
   }
-
-  /// The picture that the key s saves.
-  Image picture()
-  {
-    press_key(mWindow, XK_s);
-    char name[40];
-    std::snprintf(name, sizeof name, "cube_%04d.png", ++mPictures);
-    expect_output(std::string("saved ") + name);
-    return read_png(in_folder(name));
-  }
-
-  std::unique_ptr<Process> mProcess;
-  Window mWindow = 0;
-  std::atomic<bool> mListens{false};
-  int mPictures = 0;
 };
 
 TEST_F(MeshviewKeysInWindowTest, PicturesAndScenesGoToNewFiles)

@@ -6,6 +6,7 @@
 #include "Console.h"
 #include "Interrupt.h"
 #include "Output.h"
+#include "PickReport.h"
 #include "ProgressBar.h"
 #include "Spin.h"
 #include "Viewer.h"
@@ -22,10 +23,21 @@ bool write_one(Viewer& viewer, const Output& output)
   return problem.empty();
 }
 
+/// False as above.
+bool write_report(Viewer& viewer)
+{
+  const PickOptions& options = viewer.options().pick;
+  const std::string problem = options.report.empty() ? "" : write_pick_report(options, viewer.model());
+  if (!problem.empty()) {
+    Console::complain(options.report, problem);
+  }
+  return problem.empty();
+}
+
 /// All files but those of a turn.
 bool write_still(Viewer& viewer)
 {
-  bool is_written = true;
+  bool is_written = write_report(viewer);
   for (const Output& output : viewer.options().outputs) {
     const bool is_now = viewer.options().spin == 0 || !is_image(output.format);
     if (is_now && !AppUtil::instance()->interrupt()) {

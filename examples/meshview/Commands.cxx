@@ -9,6 +9,7 @@
 #include "GView.h"
 #include "MeshLights.h"
 #include "Output.h"
+#include "PickMouse.h"
 #include "Spin.h"
 #include "Viewer.h"
 
@@ -77,8 +78,8 @@ private:
   AppUtil* mBefore;
 };
 
-Commands::Commands(Viewer& viewer, vtkRenderWindowInteractor& interactor)
-    : mViewer(viewer), mInteractor(interactor)
+Commands::Commands(Viewer& viewer, PickMouse& mouse, vtkRenderWindowInteractor& interactor)
+    : mViewer(viewer), mMouse(mouse), mInteractor(interactor)
 {}
 
 void Commands::animate(const std::function<void()>& motion)
@@ -119,7 +120,11 @@ void Commands::execute_now(const KeyAction& action)
     mInteractor.ExitCallback();
     return;
   case Command::Interrupt:
-    stop();
+    if (is_busy()) {
+      stop();
+    } else {
+      clear_picks();
+    }
     return;
   case Command::ListKeys:
     tell(key_list());
@@ -141,6 +146,7 @@ void Commands::execute_now(const KeyAction& action)
   default:
     decorate(action.command);
     restyle(action.command);
+    pick(action.command);
     move(action);
     mViewer.refresh();
   }
@@ -200,6 +206,45 @@ void Commands::restyle(Command command)
     return;
   }
   mViewer.set_style(style);
+}
+
+void Commands::pick(Command command)
+{
+  Picking& picking = mViewer.picking();
+  switch (command) {
+  case Command::TogglePicking:
+    mMouse.toggle();
+    tell(mMouse.is_on() ? std::string("the left button picks: ") + name_of(picking.kind())
+                        : "the left button rotates");
+    break;
+  case Command::NextKind:
+    picking.set_kind(next(picking.kind(), EntityKind::Node), false);
+    break;
+  case Command::NextShape:
+    mMouse.next_shape();
+    tell(mMouse.shape() == PickShape::Box      ? "drags draw a box"
+         : mMouse.shape() == PickShape::Circle ? "drags draw a circle"
+                                               : "drags draw a lasso");
+    break;
+  case Command::ToggleVisibleOnly:
+    MultiCellPicker::mSelectVisibleOnly = !MultiCellPicker::mSelectVisibleOnly;
+    tell(MultiCellPicker::mSelectVisibleOnly ? "what surfaces hide is not picked"
+                                             : "what surfaces hide is picked too");
+    break;
+  case Command::NextCandidate:
+  case Command::PreviousCandidate:
+    picking.step(command == Command::NextCandidate);
+    break;
+  default:
+    break;
+  }
+}
+
+void Commands::clear_picks()
+{
+  mMouse.cancel();
+  mViewer.picking().clear();
+  mViewer.refresh();
 }
 
 void Commands::move(const KeyAction& action)

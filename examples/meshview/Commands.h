@@ -7,6 +7,7 @@
 #include <deque>
 #include <functional>
 
+class PickMouse;
 class Viewer;
 class vtkRenderWindowInteractor;
 
@@ -14,11 +15,14 @@ class vtkRenderWindowInteractor;
 class Commands
 {
 public:
-  /// Both live longer than this.
-  Commands(Viewer& viewer, vtkRenderWindowInteractor& interactor);
+  /// All of them live longer than this.
+  Commands(Viewer& viewer, PickMouse& mouse, vtkRenderWindowInteractor& interactor);
 
   /// While something moves, the action waits for its end; Interrupt and Quit end it, and drop what waits.
   void execute(const KeyAction& action);
+
+  /// Does something move?
+  [[nodiscard]] bool is_busy() const noexcept { return mAnimation != nullptr; }
 
 private:
   class Animation;
@@ -28,11 +32,14 @@ private:
   void animate(const std::function<void()>& motion);
   void decorate(Command command);
   void restyle(Command command);
+  void pick(Command command);
+  void clear_picks();
   void move(const KeyAction& action);
   void handle_views(const KeyAction& action);
   void save(const std::string& extension); // a new file in the current folder
 
   Viewer& mViewer;
+  PickMouse& mMouse;
   vtkRenderWindowInteractor& mInteractor;
   Animation* mAnimation = nullptr; // the one that runs
   std::deque<KeyAction> mWaiting;

@@ -34,9 +34,15 @@ enum class Command
   LookFrom, ///< value: index into view_names()
   Frame,
   Spin,
+  TogglePicking,
+  NextKind,
+  NextShape,
+  ToggleVisibleOnly,
+  NextCandidate,
+  PreviousCandidate,
   DescribeCamera,
   ListKeys,
-  Interrupt,
+  Interrupt, ///< what moves; else clears what is picked
   Quit
 };
 

@@ -78,12 +78,12 @@ void use_painted_colors(vtkMapper& mapper)
 
 // --- Entities
 
-MeshEntity::~MeshEntity()
+GroupedEntity::~GroupedEntity()
 {
   set_data(nullptr); // others may hold the data, which must not lead here any more
 }
 
-void MeshEntity::set_data(vtkPolyData* data)
+void GroupedEntity::set_data(vtkPolyData* data)
 {
   if (mData != nullptr) {
     MRUtil::set_back_pointer(mData, nullptr);
@@ -95,31 +95,31 @@ void MeshEntity::set_data(vtkPolyData* data)
   modify_owning_groups();
 }
 
-vtkPolyData* MeshEntity::data() const
+vtkPolyData* GroupedEntity::data() const
 {
   return mData;
 }
 
 // --- Groups
 
-MeshEntityGroup::MeshEntityGroup(int limit) : mLimit(limit)
+EntityGroup::EntityGroup(int limit) : mLimit(limit)
 {
   set_number_per_group(limit);
   mutable_data_sets().push_back(vtkSmartPointer<vtkMultiBlockDataSet>::New());
 }
 
-GDataGroup* MeshEntityGroup::new_group()
+GDataGroup* EntityGroup::new_group()
 {
-  return new MeshEntityGroup(mLimit);
+  return new EntityGroup(mLimit);
 }
 
-void MeshEntityGroup::update_data()
+void EntityGroup::update_data()
 {
   vtkMultiBlockDataSet* blocks = data_sets().front();
   blocks->SetNumberOfBlocks(static_cast<unsigned int>(entities().size()));
   unsigned int number = 0;
   for (GDataGroupEntity* entity : entities()) {
-    blocks->SetBlock(number++, static_cast<MeshEntity*>(entity)->data());
+    blocks->SetBlock(number++, static_cast<GroupedEntity*>(entity)->data());
   }
   clear_modified();
 }
@@ -133,7 +133,7 @@ struct MeshGroups::Chain
 
   void fill(const Pieces& pieces)
   {
-    entities = std::vector<MeshEntity>(pieces.size());
+    entities = std::vector<GroupedEntity>(pieces.size());
     for (std::size_t i = 0; i < pieces.size(); ++i) {
       entities[i].set_data(pieces[i]);
       head.add_entity(&entities[i]); // says which data sets to show; here all are shown afterwards
@@ -145,8 +145,8 @@ struct MeshGroups::Chain
     return entities.empty() ? 0 : head.all_groups().size();
   }
 
-  MeshEntityGroup head;
-  std::vector<MeshEntity> entities;
+  EntityGroup head;
+  std::vector<GroupedEntity> entities;
 };
 
 struct MeshGroups::Block

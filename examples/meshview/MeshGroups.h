@@ -12,11 +12,11 @@ class vtkPolyData;
 struct PartStyle;
 
 /// A face or an edge of a mesh.
-class MeshEntity : public GDataGroupEntity
+class GroupedEntity : public GDataGroupEntity
 {
 public:
-  MeshEntity() = default;
-  ~MeshEntity() override;
+  GroupedEntity() = default;
+  ~GroupedEntity() override;
 
   /// What it looks like. MRUtil::get_back_pointer() finds the way from the data back to the entity. Null
   /// shows nothing.
@@ -28,11 +28,11 @@ private:
 };
 
 /// Some of the faces or edges of a block: one data set with a block for each of them.
-class MeshEntityGroup : public GDataGroup
+class EntityGroup : public GDataGroup
 {
 public:
   /// limit: of entities per group; 0 for none.
-  explicit MeshEntityGroup(int limit);
+  explicit EntityGroup(int limit);
 
   GDataGroup* new_group() override;
   void update_data() override;

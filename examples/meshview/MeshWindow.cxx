@@ -5,8 +5,10 @@
 #include "Commands.h"
 #include "GView.h"
 #include "Keys.h"
+#include "PickMouse.h"
 #include "Viewer.h"
 
+#include <vtkCallbackCommand.h>
 #include <vtkCommand.h>
 #include <vtkInteractorStyleTrackballCamera.h>
 #include <vtkNew.h>
@@ -16,7 +18,8 @@
 
 namespace {
 
-/// VTK's trackball without its keys, of which some would end the program or change props behind its back.
+/// VTK's trackball without its keys, of which some would end the program or change props behind its back. In
+/// pick mode the left button picks, and rotates with Ctrl.
 class KeyStyle : public vtkInteractorStyleTrackballCamera
 {
 public:
@@ -25,7 +28,11 @@ public:
   KeyStyle(const KeyStyle&) = delete;
   KeyStyle& operator=(const KeyStyle&) = delete;
 
-  void set_commands(Commands* commands) { mCommands = commands; }
+  void set_commands(Commands* commands, PickMouse* mouse)
+  {
+    mCommands = commands;
+    mMouse = mouse;
+  }
 
   void OnChar() override
   {
@@ -35,12 +42,48 @@ public:
     }
   }
 
+  void OnLeftButtonDown() override
+  {
+    const int* at = this->Interactor->GetEventPosition();
+    if (!may_pick()) {
+      this->Superclass::OnLeftButtonDown();
+    } else if (this->Interactor->GetControlKey() != 0) {
+      this->FindPokedRenderer(at[0], at[1]);
+      this->GrabFocus(this->EventCallbackCommand);
+      this->StartRotate();
+    } else {
+      mMouse->press(at[0], at[1], this->Interactor->GetShiftKey() != 0);
+    }
+  }
+
+  void OnLeftButtonUp() override
+  {
+    if (mMouse == nullptr || !mMouse->release()) {
+      this->Superclass::OnLeftButtonUp();
+    }
+  }
+
+  void OnMouseMove() override
+  {
+    const int* at = this->Interactor->GetEventPosition();
+    if (!may_pick() || !mMouse->move(at[0], at[1])) {
+      this->Superclass::OnMouseMove();
+    }
+  }
+
 protected:
   KeyStyle() = default;
   ~KeyStyle() override = default;
 
 private:
-  Commands* mCommands = nullptr; // not owned
+  /// Not while the camera moves.
+  [[nodiscard]] bool may_pick() const
+  {
+    return mMouse != nullptr && mMouse->is_on() && this->State == VTKIS_NONE && !mCommands->is_busy();
+  }
+
+  Commands* mCommands = nullptr; // neither is owned
+  PickMouse* mMouse = nullptr;
 };
 
 vtkStandardNewMacro(KeyStyle)
@@ -55,12 +98,13 @@ void run_window(Viewer& viewer)
   interactor->SetInteractorStyle(style);
   interactor->Initialize();
   viewer.start();
-  Commands commands(viewer, *interactor);
-  style->set_commands(&commands);
+  PickMouse mouse(viewer);
+  Commands commands(viewer, mouse, *interactor);
+  style->set_commands(&commands, &mouse);
   if (viewer.options().labels == Labels::Blocks) {
     style->AddObserver(vtkCommand::EndInteractionEvent, &viewer, &Viewer::refresh);
   }
   interactor->Start();
-  style->set_commands(nullptr);
+  style->set_commands(nullptr, nullptr);
   viewer.view().set_scalar_bar(nullptr); // it leaves the interactor, which goes before the view
 }

@@ -135,6 +135,19 @@ void parse_title(const std::string& text, Options& options)
   options.decorations.title = text;
 }
 
+std::vector<int> parse_integers(const std::string& text)
+{
+  std::vector<int> numbers;
+  for (const std::string& part : split(text)) {
+    const auto number = parse_number(part, -kFarthestPixel, kFarthestPixel);
+    if (!number) {
+      return {};
+    }
+    numbers.push_back(*number);
+  }
+  return numbers;
+}
+
 Intensity parse_intensity(const std::string& option, const std::string& text)
 {
   Intensity intensity = {};

@@ -72,8 +72,18 @@ Pictures are as large as the window would be. With --spin the mesh turns about
 the upright axis through its middle, by 360/N degrees from picture to picture;
 Ctrl-C stops it. Scenes are written once.
 
+Picks take place in the picture or window as it is first drawn, in its pixels
+with the origin at the bottom left corner. Faces and edges are found by an angle
+of 30 degrees. The report has what is under the cursor from front to back, or
+all that is in a region, with ids as those of labels; faces and edges are
+counted from 0 in each block.
+
 In the window: the left button rotates, the middle one pans, the right one and
-the wheel zoom. Ctrl-C stops reading. The keys:
+the wheel zoom. After P the left button picks, and with Ctrl it rotates: a click
+takes one entity, with Shift one more, and what lies below the cursor is shown
+before. A drag takes all that lies wholly in a box or circle that is drawn to
+the right, or touches one that is drawn to the left; of a lasso, clockwise or
+the other way round. Ctrl-C stops reading. The keys:
 )" + key_list() +
          R"(
 
@@ -103,12 +113,14 @@ std::optional<int> parse_options(int argc, char** argv, Options& options)
   describe_style(app, options);
   describe_decorations(app, options);
   describe_charts(app, options);
+  describe_picking(app, options.pick);
   app.add_flag_callback(
       "--no-guard", [&options] { options.guard = false; },
       "Read in this process, which a damaged file may crash (for debuggers)");
   try {
     app.parse(argc, argv);
     check_together(options);
+    check_picking(options.pick);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? EXIT_ALL_SHOWN : EXIT_NOTHING_SHOWN;
   }

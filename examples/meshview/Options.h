@@ -5,6 +5,7 @@
 #include "DrawStyle.h"
 #include "FileFormat.h"
 #include "MRUtil.h" // MRUtil::AxisType
+#include "PickOptions.h"
 
 #include <array>
 #include <optional>
@@ -73,7 +74,11 @@ struct Options
   std::string debug_script;       ///< a file of drawing calls; empty for none
   std::optional<Intensity> light; ///< the library's own without
   std::optional<Intensity> ambient;
+  PickOptions pick;
   bool guard = true; ///< read in a child process, which may crash
+
+  /// Without a file to write there is a window.
+  [[nodiscard]] bool opens_window() const { return outputs.empty() && pick.report.empty(); }
 };
 
 /// Reads the command line. An answer is the exit status of a program that has nothing more to do: help was

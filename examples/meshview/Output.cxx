@@ -103,6 +103,10 @@ std::optional<OutputProblem> output_problem(const Options& options)
       }
     }
   }
+  if (std::string reason = options.pick.report.empty() ? "" : write_problem(options.pick.report);
+      !reason.empty()) {
+    return OutputProblem{options.pick.report, std::move(reason)};
+  }
   return std::nullopt;
 }
 

@@ -19,7 +19,7 @@ constexpr double kDrawnText = 13.0; // pixels
 /// Operations on all views, as that of the lights, reach those that are registered.
 std::shared_ptr<GView> make_view(const Options& options)
 {
-  GView::set_offscreen(!options.outputs.empty());
+  GView::set_offscreen(!options.opens_window());
   GView::set_preferred_window_size(options.width, options.height);
   auto view = std::make_shared<GView>();
   GView::add_global_view(view);
@@ -64,8 +64,9 @@ std::string subject(const Options& options)
 
 Viewer::Viewer(const Options& options, const Contents& contents)
     : mOptions(options), mContents(contents), mView(make_view(options)),
-      mModel(options.style, contents.scale, options.group_limit.has_value()), mBlockLabels(mModel, label_names(contents.files)),
-      mDecorations(*mView, options, contents.scale)
+      mModel(options.style, contents.scale, options.group_limit.has_value()),
+      mBlockLabels(mModel, label_names(contents.files)), mDecorations(*mView, options, contents.scale),
+      mPicking(mModel, mModelSet, *mView)
 {
   mModelSet.add_model(&mHiddenLines);
   mModelSet.add_model(&mModel);
@@ -155,6 +156,19 @@ void Viewer::start()
   look_from_side(mOptions.view);
   if (mContents.script.size() > 0) {
     draw_script();
+  }
+  pick();
+}
+
+/// What the command line asks for.
+void Viewer::pick()
+{
+  mPicking.set_kind(mOptions.pick.kind, true);
+  MultiCellPicker::mSelectVisibleOnly = mOptions.pick.visible_only;
+  MultiCellPicker::mBoxPickAcceptPartialCells = mOptions.pick.partial;
+  if (mOptions.pick.region) {
+    mPicking.pick(*mOptions.pick.region, false);
+    refresh();
   }
 }
 

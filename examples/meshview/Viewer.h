@@ -15,6 +15,7 @@
 #include "MeshLabels.h"
 #include "MeshModel.h"
 #include "Options.h"
+#include "Picking.h"
 #include "QualityPanel.h"
 
 #include <memory>
@@ -47,14 +48,16 @@ public:
 
   [[nodiscard]] GView& view() noexcept { return *mView; }
   [[nodiscard]] Decorations& decorations() noexcept { return mDecorations; }
+  [[nodiscard]] Picking& picking() noexcept { return mPicking; }
+  [[nodiscard]] const MeshModel& model() const noexcept { return mModel; }
   [[nodiscard]] const DrawStyle& style() const noexcept { return mModel.style(); }
   [[nodiscard]] const Options& options() const noexcept { return mOptions; }
 
   /// Null unless the options ask for them.
   [[nodiscard]] const MeshGroups* groups() const noexcept { return mGroups.get(); }
 
-  /// Shows everything as the options ask for it, and renders. The window already has its interactor, if it
-  /// gets one.
+  /// Shows everything as the options ask for it, renders, and picks where they say. The window already has
+  /// its interactor, if it gets one.
   void start();
 
   /// Draws the mesh in another style, from the next frame on.
@@ -73,6 +76,7 @@ private:
   void add_blocks(const std::vector<MeshFile>& files);
   void add_extras();
   void draw_script();
+  void pick();
   [[nodiscard]] std::vector<vtkPolyData*> surfaces() const;
 
   const Options& mOptions;
@@ -90,4 +94,5 @@ private:
   GGenericModel mDrawing;
   GfxDebugSimple mDebug{&mDrawing};
   vtkSmartPointer<vtkPolyData> mExtraPoints; // of what is shown besides the blocks
+  Picking mPicking;
 };

@@ -40,8 +40,9 @@ std::vector<MeshFile> read_files(const Options& options, ReadLog& log)
   ReadRequest request;
   request.color_by = options.color_by;
   request.quality = options.quality;
-  request.ids = options.labels == Labels::Points || options.labels == Labels::Cells;
-  request.edges = options.style.wire != Wire::None || options.outputs.empty(); // keys may ask for them
+  request.ids = options.labels == Labels::Points || options.labels == Labels::Cells ||
+                options.pick.region.has_value() || options.opens_window();    // where all can be picked
+  request.edges = options.style.wire != Wire::None || options.opens_window(); // keys may ask for them
   std::vector<MeshFile> files;
   for (std::size_t i = 0; i < options.files.size(); ++i) {
     if (log.get(i) == ReadLog::State::Failed) {
@@ -81,7 +82,7 @@ int draw(const Options& options, const Contents& contents)
   if (viewer.groups() != nullptr) {
     std::cout << "groups: " << viewer.groups()->summary() << std::endl;
   }
-  if (!options.outputs.empty()) {
+  if (!options.opens_window()) {
     return write_outputs(viewer);
   }
   run_window(viewer);
