@@ -256,13 +256,19 @@ void GDataGroup::erase(GDataGroupEntity* entity)
 
 void GDataGroup::update_all(const ViewProps& views)
 {
+  ViewHandles handles; // the host may destroy views while it updates a group
+  for (const auto& [view, parts] : views) {
+    if (view != nullptr) {
+      handles.emplace(view, view->handle());
+    }
+  }
   std::exception_ptr first;
   Cursor cursor(*this);
   while (cursor.advance()) {
     if (!cursor.group()->is_modified()) {
       continue;
     }
-    const std::vector<ShownProp> shown = cursor.group()->shown_props(views);
+    const std::vector<ShownProp> shown = cursor.group()->shown_props(views, handles);
     morrow::keep_first(first, morrow::exception_of([&] { release_graphics_resources(shown); }));
     if (GDataGroup* group = cursor.group()) { // letting a prop's resources go may run host code
       morrow::keep_first(first, morrow::exception_of([=] { group->update_data(); }));
@@ -273,13 +279,15 @@ void GDataGroup::update_all(const ViewProps& views)
   }
 }
 
-std::vector<GDataGroup::ShownProp> GDataGroup::shown_props(const ViewProps& views) const
+std::vector<GDataGroup::ShownProp> GDataGroup::shown_props(const ViewProps& views,
+                                                           const ViewHandles& handles) const
 {
   std::vector<ShownProp> all;
   for (vtkMultiBlockDataSet* data_set : mDataSets) {
     for (const auto& [view, parts] : views) {
       const auto shown = parts.find(data_set);
-      if (view == nullptr || shown == parts.end()) {
+      const auto handle = handles.find(view);
+      if (handle == handles.end() || *handle->second == nullptr || shown == parts.end()) {
         continue;
       }
       for (const auto& prop : shown->second) {

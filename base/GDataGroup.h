@@ -84,7 +84,8 @@ public:
 
   /// Brings each modified group up to date: lets the graphics resources go of all props that views has for
   /// its data sets, each with its view's window, and calls update_data(). Whatever update_data() throws, all
-  /// are brought up to date, and the first exception then passes on.
+  /// are brought up to date, and the first exception then passes on. The map must live until then; the views
+  /// in it may be destroyed meanwhile.
   void update_all(const ViewProps& views);
 
   /// The data sets of each group, in the order of the chain; nothing for a null group.
@@ -120,7 +121,8 @@ private:
   [[nodiscard]] bool is_reached_from(const GDataGroup& start) const;
   void erase(GDataGroupEntity* entity);
   void leave_chain();
-  [[nodiscard]] std::vector<ShownProp> shown_props(const ViewProps& views) const;
+  using ViewHandles = std::map<GView*, std::shared_ptr<GView* const>>;
+  [[nodiscard]] std::vector<ShownProp> shown_props(const ViewProps& views, const ViewHandles& handles) const;
   static void release_graphics_resources(const std::vector<ShownProp>& props);
 
   std::multiset<GDataGroupEntity*> mEntities;

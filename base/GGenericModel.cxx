@@ -161,8 +161,8 @@ void GGenericModel::update_parts()
   const std::shared_ptr<PrimitiveSlots> kept = mSlots;
   for (auto* slots : {&kept->by_cells, &kept->by_points}) {
     for (PrimitiveSlot& slot : *slots) {
-      if (slot.normals != nullptr) {
-        slot.normals->Update();
+      if (const vtkSmartPointer<vtkPolyDataNormals> normals = slot.normals) { // host code may clear the model
+        normals->Update();
       }
     }
   }
@@ -182,6 +182,10 @@ void GGenericModel::clear()
 void GGenericModel::add_points(int count, const BrantVector* points, BrantColor color, MRUtil::DrawMode mode)
 {
   if (count <= 0 || refuses_null(points, "add_points")) {
+    return;
+  }
+  if (count == 1) {
+    this->add_one(Vertices, 1, points, color, mode);
     return;
   }
   GrowingPolyData* data = this->cell_slot(mode, Vertices);

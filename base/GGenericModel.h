@@ -45,8 +45,6 @@ struct PrimitiveSlots;
 ///
 /// Counts of zero or below add nothing. A null array where there should be numbers, a draw mode that does not
 /// exist, and a null text add nothing and are an error message.
-///
-/// An observer of a slot's data may not clear or destroy the model.
 class MORROW_BASE_EXPORT GGenericModel : public GModel
 {
 public:

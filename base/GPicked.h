@@ -27,7 +27,9 @@ public:
   [[nodiscard]] virtual void* host_object() const = 0;
 
   /// The kind of entity in messages, for example "face". Entities of different classes are ordered by this
-  /// text. Null counts as the empty text.
+  /// text, so it should be one and the same for all entities of a class: entities of one class follow their
+  /// keys, and with several texts among them an order of all classes need not exist. Null counts as the empty
+  /// text.
   [[nodiscard]] virtual const char* type_name() const = 0;
 
   /// The number that the user knows the entity by.
@@ -80,8 +82,7 @@ public:
   ///
   /// @param count     number of entities, at least 1
   /// @param entities  count entities; valid during the call
-  /// @param points    count pointers to 3 floats, the world point at which each was hit; valid during the
-  /// call
+  /// @param points    count pointers to 3 floats, the world point at which each was hit; valid likewise
   /// @param added     true for come, false for gone
   virtual void picked_list_changed(int count, const PickedEntity* const* entities, const float* const* points,
                                    bool added) = 0;

@@ -56,13 +56,6 @@ void prepare_render_window(vtkRenderer& renderer)
   }
 }
 
-int pick_in(GPicker& picker, vtkRenderer& renderer, PickBounds& region)
-{
-  const vtkSmartPointer<vtkRenderer> alive(&renderer); // host code runs in the frame
-  prepare_render_window(renderer);
-  return picker.compute_pick_by_bounds(&renderer, &region);
-}
-
 bool is_picked(const EntitySelection& selection)
 {
   const EntitySelection* picked = nullptr;
@@ -110,6 +103,17 @@ GPicker::~GPicker()
 
 // ---- Region picks
 
+int GPicker::pick_in(vtkRenderer& renderer, PickBounds& region)
+{
+  if (mLife == nullptr) {
+    mLife = std::make_shared<const bool>(true);
+  }
+  const std::weak_ptr<const bool> life = mLife;
+  const vtkSmartPointer<vtkRenderer> alive(&renderer); // host code runs in the frame
+  prepare_render_window(renderer);
+  return life.expired() ? 0 : compute_pick_by_bounds(&renderer, &region);
+}
+
 int GPicker::compute_pick_by_box(vtkRenderer* renderer, int* corner1, int* corner2)
 {
   if (renderer == nullptr || corner1 == nullptr || corner2 == nullptr) {
@@ -120,7 +124,7 @@ int GPicker::compute_pick_by_box(vtkRenderer* renderer, int* corner1, int* corne
   double sides[4] = {double(left), double(bottom), double(right), double(top)};
   PickBox box;
   box.set_box(sides);
-  return pick_in(*this, *renderer, box);
+  return pick_in(*renderer, box);
 }
 
 int GPicker::compute_pick_by_polygon(vtkRenderer* renderer, int count, int (*points)[2])
@@ -136,7 +140,7 @@ int GPicker::compute_pick_by_polygon(vtkRenderer* renderer, int count, int (*poi
   }
   PickPolygon polygon;
   polygon.set_polygon(count, corners.get());
-  return pick_in(*this, *renderer, polygon);
+  return pick_in(*renderer, polygon);
 }
 
 int GPicker::compute_pick_by_circle(vtkRenderer* renderer, int* center, double radius)
@@ -147,7 +151,7 @@ int GPicker::compute_pick_by_circle(vtkRenderer* renderer, int* center, double r
   const double middle[2] = {static_cast<double>(center[0]), static_cast<double>(center[1])};
   PickCircle circle;
   circle.set_circle(middle, std::fabs(radius));
-  return pick_in(*this, *renderer, circle);
+  return pick_in(*renderer, circle);
 }
 
 // ---- Selection buffer

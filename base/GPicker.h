@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -42,7 +43,8 @@ public:
   /// and call compute_pick_by_bounds() with the region. The window is not rendered when its interactor has
   /// rendering switched off (vtkRenderWindowInteractor::EnableRender), when it is in the middle of a frame,
   /// or when the renderer has none; the pick then works with the depth that there is. An exception that host
-  /// code throws in the frame comes out of here and nothing is picked; the window can render again.
+  /// code throws in the frame comes out of here and nothing is picked; the window can render again. Host code
+  /// may destroy the picker in the frame: nothing is found then.
   ///
   /// A null renderer, or null coordinates, find nothing.
 
@@ -113,7 +115,9 @@ public:
 private:
   std::set<EntitySelection>::iterator find(GPicked::PickedEntity* entity);
   std::vector<EntitySelection> take_selection_buffer();
+  int pick_in(vtkRenderer& renderer, PickBounds& region);
 
   std::set<EntitySelection> mSelectionBuffer;
   bool mAdditive = false;
+  std::shared_ptr<const bool> mLife; // ends with the picker; made by the first region pick
 };

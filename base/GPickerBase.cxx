@@ -3,9 +3,11 @@
 #include "GPickerBase.h"
 
 #include "MRUtil.h"
+#include "ViewCalls.h" // exceptions that wait
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 std::vector<GPickerBase::PickHandler>& GPickerBase::mPickers = *new std::vector<PickHandler>;
 std::vector<bool>& GPickerBase::mFilterTypes = *new std::vector<bool>;
@@ -103,13 +105,18 @@ void GPickerBase::set_pick_type(const char* name, bool quiet)
   if (find_type(name) < 0) {
     return;
   }
+  const std::string held = name; // the print function is host code: it may take the type and its text away
+  std::exception_ptr thrown;
   if (!quiet) {
-    MRUtil::print_info("Now in %s picking mode.\n", name);
+    thrown = morrow::exception_of([&] { MRUtil::print_info("Now in %s picking mode.\n", held.c_str()); });
   }
-  const int index = find_type(name); // again: the print function is host code
+  const int index = find_type(held.c_str());
   if (index >= 0) {
     mCurrentPicker = index;
     mFilterTypes.begin()[index] = true;
+  }
+  if (thrown != nullptr) {
+    std::rethrow_exception(thrown);
   }
 }
 

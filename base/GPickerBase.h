@@ -17,12 +17,13 @@ class GPicker;
 /// The lists hold counted references to the host's entities; a list that is emptied gives them back. What the
 /// process holds at its end is not given back, because the host's code may be gone by then.
 ///
-/// Observers hear of each change to the picked list and of the pre-selection after the lists are in their new
-/// state. They may call everything here. A change that an observer makes is in the lists at once, but the
-/// observers hear of it only when all of them have heard of the first one: each of them hears of all changes
-/// in their order, once, if it was there when the change was made and still is when its turn comes.
-/// Exceptions of observers are held back until the operation is complete and all have been told; the first
-/// one is then thrown by the operation that made the first change.
+/// Observers hear of each change to the picked list after the list is in its new state; of the pre-selection,
+/// as set_pre_selection() tells, before the old one goes and after the new one is there. They may call
+/// everything here. A change that an observer makes is in the lists at once, but the observers hear of it
+/// only when all of them have heard of the first one: each of them hears of all changes in their order, once,
+/// if it was there when the change was made and still is when its turn comes. Exceptions of observers are
+/// held back until the operation is complete and all have been told; the first one is then thrown by the
+/// operation that made the first change.
 ///
 /// Null names, null entities and empty selections are left out; null arrays and counts below 1 stand for an
 /// empty list.
@@ -66,7 +67,8 @@ public:
   // ---- Pick types and filters
 
   /// Makes the type the current one, and the only one that is filtered, and says "Now in <name> picking
-  /// mode." unless quiet. An unknown name clears all filters and leaves the current type.
+  /// mode." unless quiet. An unknown name clears all filters and leaves the current type. What the print
+  /// function throws comes out when the type is set.
   static void set_pick_type(const char* name, bool quiet);
 
   /// Filters one more type. Types of one picker are filtered together; with a picker other than the current

@@ -38,7 +38,9 @@ struct ListChange
   ListChange(Selections changed, bool is_added)
       : selections(std::move(changed)), arrays(selections), added(is_added)
   {}
-  // Moving keeps the selections, into which the arrays point, where they are.
+  // Moving keeps the selections, into which the arrays point, where they are; copying would not.
+  ListChange(ListChange&&) = default;
+  ListChange& operator=(ListChange&&) = default;
 
   Selections selections;
   ObserverArrays arrays;

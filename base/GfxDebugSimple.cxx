@@ -154,8 +154,10 @@ void GfxDebugSimple::p_draw_polyline(const BrantVector* points, int count, int c
   if (mModel == nullptr || count <= 0 || count == std::numeric_limits<int>::max()) {
     return;
   }
-  const std::vector<int> list = run_of_all(count);
-  mModel->add_polylines(count, points, count + 1, list.data(), color_of(color), MRUtil::DRAW_OUTLINE);
+  // A list for points that are not there, of which the model tells, would only take memory.
+  const std::vector<int> list = run_of_all(points != nullptr ? count : 0);
+  mModel->add_polylines(count, points, static_cast<int>(list.size()), list.data(), color_of(color),
+                        MRUtil::DRAW_OUTLINE);
 }
 
 void GfxDebugSimple::p_draw_polygon(const BrantVector* points, int count, int color, int /*option*/,

@@ -3,10 +3,7 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 #include <new>
-
-#include "LargePages.h"
 
 #include <vtkSmartPointer.h>
 #include <vtkTimeStamp.h>
@@ -29,15 +26,11 @@ public:
   Stamped(const Stamped&) = delete;
   Stamped& operator=(const Stamped&) = delete;
 
-  /// Does what Modified() does; now must be a new time.
-  void stamp(const vtkTimeStamp& now)
-  {
-    if (this->SubjectHelper == nullptr) { // nobody observes it
-      this->MTime = now;
-    } else {
-      this->Modified();
-    }
-  }
+  /// Whether somebody may observe it, who then hears of Modified() only.
+  [[nodiscard]] bool is_observed() const { return this->SubjectHelper != nullptr; }
+
+  /// Does what Modified() does when nobody observes; now must be a new time.
+  void stamp(const vtkTimeStamp& now) { this->MTime = now; }
 
 protected:
   Stamped() = default;
@@ -77,13 +70,14 @@ public:
 
   [[nodiscard]] vtkIdType num_values() const { return this->MaxId + 1; }
 
-  /// As Stamped::stamp(). Ranges that VTK keeps with the array are dropped.
+  /// As those of Stamped. Ranges that VTK keeps with the array are dropped.
+  [[nodiscard]] bool is_observed() const { return this->SubjectHelper != nullptr; }
   void stamp(const vtkTimeStamp& now)
   {
-    if (this->SubjectHelper == nullptr && !this->HasInformation()) {
-      this->MTime = now;
-    } else {
+    if (this->HasInformation()) {
       this->Modified();
+    } else {
+      this->MTime = now;
     }
   }
 
@@ -103,7 +97,6 @@ private:
     if (this->Resize(std::max(wanted - present, more)) == 0) { // VTK adds what is there
       throw std::bad_alloc();
     }
-    advise_large_pages(this->Buffer->GetBuffer(), static_cast<std::size_t>(this->Size) * sizeof(Value));
   }
 };
 

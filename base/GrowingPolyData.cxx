@@ -3,6 +3,7 @@
 #include "GrowingPolyData.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "BrantColor.h"
 #include "BrantVector.h"
@@ -54,16 +55,6 @@ int type_by_size(int type, vtkIdType count)
   }
 }
 
-template<typename T>
-void mark(T* own, vtkObject& any, const vtkTimeStamp& now)
-{
-  if (own != nullptr) {
-    own->stamp(now);
-  } else {
-    any.Modified();
-  }
-}
-
 } // namespace
 
 // No type macro, deliberately: the class is seen as vtkPolyData, and vtkPolyData are made from it.
@@ -96,8 +87,24 @@ void GrowingPolyData::set_sharer(vtkPolyData* data)
 // ---------------------------------------------------------------------------------------------------------
 // Arrays
 
+// Whether all is our own, and where it was the last time. Inline, as everything that a single primitive
+// needs: calls are what most of its time would go into.
+inline bool GrowingPolyData::has_found(int cell_type) const
+{
+  const Target& target = mTarget;
+  return cell_type == mCellType && this->Points == mPoints.Get() && mCoordinates != nullptr &&
+         mPoints->GetData() == mCoordinates && target.ids != nullptr && target.offsets != nullptr &&
+         target.place->Get() == target.cells.Get() && target.cells->IsStorage64Bit() &&
+         target.cells->GetConnectivityArray64() == target.ids &&
+         target.cells->GetOffsetsArray64() == target.offsets &&
+         this->coloured()->vtkObject::GetMTime() == mColouredTime;
+}
+
 vtkIdType GrowingPolyData::begin(int cell_type)
 {
+  if (this->has_found(cell_type)) {
+    return mCoordinates->num_values() / 3;
+  }
   mCellType = cell_type;
   if (this->Points == nullptr || this->Points != mPoints || mPoints->GetData() != mCoordinates) {
     this->find_points();
@@ -129,6 +136,7 @@ void GrowingPolyData::find_cells()
   const bool is_wide = cells->IsStorage64Bit();
   vtkTypeInt64Array* ids = is_wide ? cells->GetConnectivityArray64() : nullptr;
   vtkTypeInt64Array* offsets = is_wide ? cells->GetOffsetsArray64() : nullptr;
+  mTarget.place = &cells;
   if (cells != mTarget.cells || ids != mTarget.ids || offsets != mTarget.offsets) {
     mTarget.cells = cells;
     mTarget.own = dynamic_cast<Stamped<vtkCellArray>*>(cells.Get());
@@ -153,7 +161,7 @@ vtkSmartPointer<vtkCellArray>& GrowingPolyData::cell_array()
   }
 }
 
-vtkDataSetAttributes* GrowingPolyData::coloured()
+inline vtkDataSetAttributes* GrowingPolyData::coloured() const
 {
   return mBinding == ColourBinding::Cells ? static_cast<vtkDataSetAttributes*>(this->CellData)
                                           : static_cast<vtkDataSetAttributes*>(this->PointData);
@@ -193,8 +201,14 @@ void GrowingPolyData::append_points(const BrantVector* points, vtkIdType count)
 {
   if (mCoordinates == nullptr) {
     this->append_foreign_points(points, count);
-    return;
+  } else {
+    this->write_points(points, count);
   }
+}
+
+template<typename Count>
+inline void GrowingPolyData::write_points(const BrantVector* points, Count count)
+{
   float* to = mCoordinates->extend(3 * count);
   for (vtkIdType i = 0; i < count; ++i) {
     *to++ = static_cast<float>(points[i].x());
@@ -215,8 +229,14 @@ void GrowingPolyData::append_cell_of(vtkIdType count, IdOf&& id_of)
   this->note_cell(count);
   if (mTarget.ids == nullptr || mTarget.offsets == nullptr) {
     this->append_foreign_cell(count, id_of);
-    return;
+  } else {
+    this->write_cell(count, id_of);
   }
+}
+
+template<typename Count, typename IdOf>
+inline void GrowingPolyData::write_cell(Count count, IdOf&& id_of)
+{
   vtkTypeInt64* to = mTarget.ids->extend(count);
   for (vtkIdType i = 0; i < count; ++i) {
     to[i] = id_of(i);
@@ -237,12 +257,18 @@ void GrowingPolyData::append_foreign_cell(vtkIdType count, IdOf&& id_of)
 // Cells by number, with their types, are kept only where they are not what VTK makes of the arrays when it is
 // asked: that is the case for as long as all cells are in one array and of the type for their number of
 // points.
+inline bool GrowingPolyData::is_implied(vtkIdType count) const
+{
+  return this->Cells == nullptr && mBinding == ColourBinding::Cells &&
+         type_by_size(mCellType, count) == mCellType;
+}
+
 void GrowingPolyData::note_cell(vtkIdType count)
 {
+  if (this->is_implied(count)) {
+    return;
+  }
   if (this->Cells == nullptr) {
-    if (mBinding == ColourBinding::Cells && type_by_size(mCellType, count) == mCellType) {
-      return;
-    }
     this->BuildCells();
   }
   this->Cells->InsertNextCell(mTarget.cells->GetNumberOfCells(), static_cast<VTKCellType>(mCellType));
@@ -281,14 +307,49 @@ void GrowingPolyData::append_colours(const BrantColor& colour, vtkIdType count)
   }
 }
 
+template<typename Count>
+inline void GrowingPolyData::write_new_cell(const BrantVector* points, Count count)
+{
+  const vtkIdType first = mCoordinates->num_values() / 3;
+  this->write_points(points, count);
+  this->write_cell(count, [=](vtkIdType i) { return first + i; });
+}
+
 void GrowingPolyData::append_one(int cell_type, const BrantVector* points, vtkIdType count,
                                  const BrantColor& colour)
 {
-  const vtkIdType first = this->begin(cell_type);
-  this->append_points(points, count);
-  this->append_sequence(first, count);
+  if (!this->has_found(cell_type) || !this->is_implied(count)) {
+    const vtkIdType first = this->begin(cell_type);
+    this->append_points(points, count);
+    this->append_sequence(first, count);
+  } else if (count == 1) { // loops of a known length
+    this->write_new_cell(points, std::integral_constant<int, 1>());
+  } else if (count == 2) {
+    this->write_new_cell(points, std::integral_constant<int, 2>());
+  } else if (count == 4) {
+    this->write_new_cell(points, std::integral_constant<int, 4>());
+  } else {
+    this->write_new_cell(points, count);
+  }
   this->append_colours(colour, 1);
   this->mark_modified();
+}
+
+// Of somebody else's objects it cannot be told.
+inline bool GrowingPolyData::is_observed() const
+{
+  return this->SubjectHelper != nullptr || mTarget.own == nullptr || mTarget.own->is_observed() ||
+         mOwnPoints == nullptr || mOwnPoints->is_observed() || mCoordinates == nullptr ||
+         mCoordinates->is_observed() || mColours->is_observed();
+}
+
+// Held meanwhile: an observer may clear the model, or replace the arrays.
+void GrowingPolyData::tell_observers()
+{
+  const vtkSmartPointer<vtkObject> marked[] = {mTarget.cells.Get(), mColours.Get(), mPoints.Get(), this};
+  for (const auto& object : marked) {
+    object->Modified(); // points tell their array
+  }
 }
 
 // One time for all: taking it is what Modified() spends most on.
@@ -297,26 +358,23 @@ void GrowingPolyData::mark_modified()
   if (mSharer != nullptr && !mSharer->NeedToBuildCells()) {
     mSharer->DeleteCells();
   }
+  if (this->is_observed()) {
+    this->tell_observers();
+    return;
+  }
   vtkTimeStamp now;
   now.Modified();
-  mark(mTarget.own, *mTarget.cells, now);
+  mTarget.own->stamp(now);
   mColours->stamp(now);
-  if (mOwnPoints != nullptr && mCoordinates != nullptr) {
-    mCoordinates->stamp(now);
-    mOwnPoints->stamp(now);
-  } else {
-    mPoints->Modified();
-  }
-  if (this->SubjectHelper == nullptr) {
-    this->MTime = now;
-  } else {
-    this->Modified();
-  }
+  mCoordinates->stamp(now);
+  mOwnPoints->stamp(now);
+  this->MTime = now;
 }
 
 void GrowingPolyData::mark_all_modified()
 {
-  for (vtkCellArray* cells : {this->Verts.Get(), this->Lines.Get(), this->Polys.Get(), this->Strips.Get()}) {
+  const vtkSmartPointer<GrowingPolyData> kept = this;
+  for (const auto& cells : {this->Verts, this->Lines, this->Polys, this->Strips}) {
     if (cells != nullptr) {
       cells->Modified();
     }

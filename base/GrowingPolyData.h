@@ -68,7 +68,8 @@ public:
   /// All of it for one cell of new points.
   void append_one(int cell_type, const BrantVector* points, vtkIdType count, const BrantColor& colour);
 
-  /// Marks the cells of the type, the colours, the points and the whole as modified.
+  /// Marks the cells of the type, the colours, the points and the whole as modified. Whoever observes one of
+  /// them may do what he likes, let this go included.
   void mark_modified();
 
   /// The same for the cells of every type.
@@ -84,20 +85,31 @@ private:
   /// A cell array, and its arrays where they can be written into; else null.
   struct Target
   {
+    vtkSmartPointer<vtkCellArray>* place = nullptr; // the member of vtkPolyData that it was found in
     vtkSmartPointer<vtkCellArray> cells;
     Stamped<vtkCellArray>* own = nullptr;
     Ids* ids = nullptr;
     Ids* offsets = nullptr;
   };
 
-  [[nodiscard]] vtkDataSetAttributes* coloured();
+  [[nodiscard]] vtkDataSetAttributes* coloured() const;
   [[nodiscard]] vtkSmartPointer<vtkCellArray>& cell_array();
   void make_cell_arrays();
   void find_points();
   void find_cells();
   void find_colours();
   void make_colours();
+  [[nodiscard]] bool has_found(int cell_type) const;
+  [[nodiscard]] bool is_implied(vtkIdType count) const;
   void note_cell(vtkIdType count);
+  template<typename Count>
+  void write_points(const BrantVector* points, Count count);
+  template<typename Count, typename IdOf>
+  void write_cell(Count count, IdOf&& id_of);
+  template<typename Count>
+  void write_new_cell(const BrantVector* points, Count count);
+  [[nodiscard]] bool is_observed() const;
+  void tell_observers();
   void append_foreign_points(const BrantVector* points, vtkIdType count);
   template<typename IdOf>
   void append_foreign_cell(vtkIdType count, IdOf&& id_of);

@@ -48,10 +48,9 @@ namespace MRPickUtil {
 /// - Parallel segments (the determinant is exactly 0) keep u = v = 0: only the distance of p1 from q1 is
 ///   measured, even where the segments come nearer elsewhere.
 /// - Otherwise the first of u < 0, u > 1, v < 0, v > 1 decides: that parameter becomes 0 or 1, and that end
-/// of
-///   its segment is measured by DistanceToLine against the other segment. `closest` then lies **on that other
-///   segment**, and the other parameter is the unclamped one of DistanceToLine, or stays as it was when that
-///   writes none.
+///   of its segment is measured by DistanceToLine against the other segment. `closest` then lies **on that
+///   other segment**, and the other parameter is the unclamped one of DistanceToLine, or stays as it was when
+///   that writes none.
 /// - A NaN among the parameters that is not overruled by these gives false; closest and dist2 are then **not
 ///   written**.
 ///
@@ -90,12 +89,10 @@ MORROW_BASE_EXPORT int IntersectTriangleWithLine(double* pt1, double* pt2, doubl
 /// It is split along its shorter diagonal into two triangles, each tested by IntersectTriangleWithLine with
 /// the same tolerance:
 ///
-/// - |pt1 - pt3| < |pt2 - pt4|: (pt1, pt2, pt3), whose first two coordinates become (a + b, b), and (pt3,
-/// pt4,
-///   pt1), whose first two become (1 - (a + b), 1 - b); both against p1-p2.
+/// - |pt1 - pt3| < |pt2 - pt4|: (pt1, pt2, pt3), whose first two coordinates become (a + b, b), and
+///   (pt3, pt4, pt1), whose first two become (1 - (a + b), 1 - b); both against p1-p2.
 /// - otherwise: (pt1, pt2, pt4) against p1-p2, and (pt3, pt4, pt2) against the segment **from pt1** to p2,
-/// not
-///   from p1; the coordinates stay as the triangle test leaves them.
+///   not from p1; the coordinates stay as the triangle test leaves them.
 ///
 /// When both are hit, the first one's results count only if the second's dist2 is strictly greater. A
 /// triangle that is hit without a dist2 (see there) counts with 0: the segment goes through it.
@@ -112,8 +109,8 @@ MORROW_BASE_EXPORT bool IntersectQuadWithLine(double* pt1, double* pt2, double* 
 [[nodiscard]] MORROW_BASE_EXPORT bool does_line_intersect_line(const double* a1, const double* a2,
                                                                const double* b1, const double* b2);
 
-/// Does the point p lie in the triangle A, B, C of the plane? True when (A - p) × (B - p) > 0, (B - p) × (C -
-/// p) > 0 and (C - p) × (A - p) > 0 are each the same as (B - A) × (C - B) > 0.
+/// Does the point p lie in the triangle A, B, C of the plane? True when (A - p) × (B - p) > 0,
+/// (B - p) × (C - p) > 0 and (C - p) × (A - p) > 0 are each the same as (B - A) × (C - B) > 0.
 ///
 /// So a point **on an edge lies inside a clockwise triangle and outside a counter-clockwise one**. A triangle
 /// without area counts as clockwise: it holds the points of its line, which may reach beyond its corners, and

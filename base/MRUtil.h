@@ -218,10 +218,11 @@ MORROW_BASE_EXPORT void set_back_pointer(vtkDataSet* data_set, GDataGroupEntity*
 ///                   then those where the ring crosses or touches itself, which are exact to about 1e-7 of
 ///                   the sides' lengths. points may lie in it.
 ///
-/// A coordinate that is not finite or beyond 1e150 in size gives the error message "Tesselation Error: ..."
-/// and no triangles. So does a polygon of more than about 500,000 crossings, which would take minutes and
-/// gigabytes: such as one of 2,100 random points. Errors of the tessellator are messages as well, and the
-/// vectors then hold what it has delivered. std::bad_alloc passes on to the caller.
+/// A coordinate that is not finite gives the error message "Tesselation Error: ..." and no triangles. So does
+/// a polygon of more than about 500,000 crossings, which would take minutes and gigabytes: such as one of
+/// 2,100 random points. Errors of the tessellator are messages as well, and the vectors then hold what it has
+/// delivered: it takes a coordinate beyond 1e150 in size as 1e150, with a message for each such point.
+/// std::bad_alloc passes on to the caller.
 ///
 /// A smooth outline of 100,000 points takes a tenth of a second, a jagged one half a minute.
 MORROW_BASE_EXPORT void triangulate_polygon(int count, double points[][3], std::vector<int>& triangles,

@@ -207,12 +207,6 @@ bool is_finite(const std::vector<double>& ring)
   return std::all_of(ring.begin(), ring.end(), [](double coordinate) { return std::isfinite(coordinate); });
 }
 
-bool is_too_large(const std::vector<double>& ring)
-{
-  return std::any_of(ring.begin(), ring.end(),
-                     [](double coordinate) { return std::abs(coordinate) > GLU_TESS_MAX_COORD; });
-}
-
 bool is_too_crowded(const std::vector<double>& ring)
 {
   return ring.size() / 3 > MinCrowdedPoints && morrow::estimate_crossings(ring) > MaxCrossings;
@@ -223,9 +217,6 @@ const char* error_in(const std::vector<double>& ring)
 {
   if (!is_finite(ring)) {
     return "a coordinate is not finite";
-  }
-  if (is_too_large(ring)) {
-    return text_of(GLU_TESS_COORD_TOO_LARGE);
   }
   return is_too_crowded(ring) ? "the polygon crosses itself too often" : nullptr;
 }

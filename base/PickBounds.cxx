@@ -92,7 +92,8 @@ void PickPolygon::createBoundingBox()
     return;
   }
   BrantBox around;
-  for (std::size_t i = 0; i + 2 < points.size(); i += 3) {
+  around.reset({points[0], points[1], points.size() > 2 ? points[2] : 0.0});
+  for (std::size_t i = 3; i + 2 < points.size(); i += 3) {
     around |= BrantVector(&points[i]);
   }
   bbox = around;

@@ -53,8 +53,7 @@ protected:
 /// - segment: one of its ends is inside, or it crosses one of the sides left, bottom, right, top by
 ///   `MRPickUtil::does_line_intersect_line`. One that runs along a side is thus found by its ends only.
 /// - triangle: a is inside, or an edge (a, b), (b, c), (c, a) touches the box, or the corner (xmin, ymin)
-/// lies
-///   in the triangle by `MRPickUtil::is_point_in_triangle`.
+///   lies in the triangle by `MRPickUtil::is_point_in_triangle`.
 /// - box: it overlaps `box`; touching counts.
 ///
 /// Segment and triangle ask through the virtual functions, so that a derived class which answers for points
@@ -99,8 +98,8 @@ public:
 /// Segment and triangle ask through the virtual functions. The answers are those of trying all triangles and
 /// edges in turn, bit for bit; the first question builds a grid that names the few that matter at a place, in
 /// less than a millisecond for a lasso drawn by hand, so that the time of a question hardly depends on the
-/// number of vertices. That first question may throw std::bad_alloc, and std::out_of_range when the arrays
-/// were changed by hand to name a vertex that is not there.
+/// number of vertices. That first question may throw std::bad_alloc. Where the arrays were changed by hand, a
+/// triangle or edge that names a vertex which is not there is left out.
 class MORROW_BASE_EXPORT PickPolygon : public PickBounds
 {
 public:
@@ -119,7 +118,8 @@ public:
   void set_polygon(int n, const double (*pts)[2]);
 
   /// Sets `bbox` around all of `points`; called by set_polygon. Fewer than 2 values in `points` leave it as
-  /// it is, so that an empty polygon keeps the box of the one before. Whoever changes the arrays by hand
+  /// it is, so that an empty polygon keeps the box of the one before; with fewer than 6 it is the first
+  /// vertex, and what is left over at the end is ignored. Whoever changes the arrays by hand
   /// calls this afterwards: until then the questions may be answered by what was there before.
   void createBoundingBox();
 

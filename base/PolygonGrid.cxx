@@ -40,20 +40,26 @@ constexpr std::size_t kMaxSide = 128;
 constexpr std::size_t kMinSide = 8;
 /// Polygons with more triangles are asked in turn.
 constexpr std::size_t kMaxTriangles = 1'000'000;
-/// Memory and time for the lists are bounded: where they would grow longer, the cells are made larger.
-constexpr std::size_t kMaxEntries = 2'000'000;
 
-/// x and y of the vertices that the indices name, one after the other.
+/// x and y of the vertices that the indices name, one after the other. A triangle or edge with an index that
+/// names no vertex is left out, and so is an incomplete one at the end.
 std::vector<double> gathered(const std::vector<double>& points, const std::vector<int>& indices,
                              std::size_t corners)
 {
+  const std::size_t vertices = (points.size() + 1) / 3; // of the last one z may be missing
+  const auto names_vertex = [vertices](int index) {
+    return index >= 0 && static_cast<std::size_t>(index) < vertices;
+  };
   std::vector<double> xy;
-  const std::size_t used = indices.size() - indices.size() % corners;
-  xy.reserve(2 * used);
-  for (std::size_t i = 0; i < used; ++i) {
-    const auto at = 3 * static_cast<std::size_t>(indices[i]);
-    xy.push_back(points.at(at));
-    xy.push_back(points.at(at + 1));
+  xy.reserve(2 * indices.size());
+  for (std::size_t i = 0; i + corners <= indices.size(); i += corners) {
+    const int* const shape = &indices[i];
+    if (std::all_of(shape, shape + corners, names_vertex)) {
+      for (std::size_t k = 0; k < corners; ++k) {
+        const std::size_t at = 3 * static_cast<std::size_t>(shape[k]);
+        xy.insert(xy.end(), {points[at], points[at + 1]});
+      }
+    }
   }
   return xy;
 }
@@ -76,8 +82,8 @@ double part_of(double dx, double dy)
 
 std::uint32_t wrapped(double part)
 {
-  constexpr double whole = kDirections;
-  return static_cast<std::uint32_t>(part < 0.0 ? part + whole : part >= whole ? part - whole : part);
+  // The sum of a part just below 0 rounds to the whole.
+  return static_cast<std::uint32_t>(part + static_cast<double>(kDirections)) % kDirections;
 }
 
 /// A range of numbers; empty when it is inverted.
@@ -122,9 +128,11 @@ Side side_of(const double* a, const double* b, double sign)
 class PolygonGrid::Builder
 {
 public:
-  Builder(PolygonGrid& grid, std::size_t side) : mGrid(grid), mSide(side) {}
+  Builder(PolygonGrid& grid, std::size_t side, std::size_t max_entries)
+      : mGrid(grid), mSide(side), mMaxEntries(max_entries)
+  {}
 
-  static void build(PolygonGrid& grid);
+  static void build(PolygonGrid& grid, std::size_t max_entries);
 
 private:
   bool place();
@@ -140,20 +148,21 @@ private:
 
   PolygonGrid& mGrid;
   std::size_t mSide;
+  std::size_t mMaxEntries;
   double mSize = 0.0; // D
   std::vector<CellLists::Entry> mTriangleEntries;
   std::vector<CellLists::Entry> mEdgeEntries;
   std::vector<CellLists::Entry> mDirectionEntries;
 };
 
-void PolygonGrid::Builder::build(PolygonGrid& grid)
+void PolygonGrid::Builder::build(PolygonGrid& grid, std::size_t max_entries)
 {
   const std::size_t count = grid.mTriangles.size() / 6;
   if (count == 0 || count > kMaxTriangles) {
     return;
   }
   for (std::size_t side = kMaxSide; side >= kMinSide; side /= 2) {
-    Builder builder(grid, side);
+    Builder builder(grid, side, max_entries);
     if (!builder.place()) {
       break;
     }
@@ -224,11 +233,11 @@ bool PolygonGrid::Builder::fill()
     }
   }
   const std::size_t edges = mGrid.mEdges.size() / 4;
-  for (std::size_t i = 0; i < edges && mEdgeEntries.size() <= kMaxEntries; ++i) {
+  for (std::size_t i = 0; i < edges && mEdgeEntries.size() <= mMaxEntries; ++i) {
     add_edge(static_cast<std::uint32_t>(i));
     add_direction(static_cast<std::uint32_t>(i));
   }
-  if (mEdgeEntries.size() > kMaxEntries) {
+  if (mEdgeEntries.size() > mMaxEntries) {
     return false;
   }
   mGrid.mTrianglesOf = CellLists(mSide * mSide, mTriangleEntries);
@@ -285,7 +294,7 @@ bool PolygonGrid::Builder::add_triangle(std::uint32_t triangle)
   for (std::size_t row = index_in(bottom * mGrid.mScaleY - kCellRounding); row < end; ++row) {
     fill_row(triangle, row, sides, rounding);
   }
-  return mTriangleEntries.size() <= kMaxEntries;
+  return mTriangleEntries.size() <= mMaxEntries;
 }
 
 void PolygonGrid::Builder::fill_row(std::uint32_t triangle, std::size_t row, const std::array<Side, 3>& sides,
@@ -375,10 +384,10 @@ void PolygonGrid::Builder::add_direction(std::uint32_t edge)
 // ---------------------------------------------------------------------------------------------------------
 
 PolygonGrid::PolygonGrid(const std::vector<double>& points, const std::vector<int>& triangles,
-                         const std::vector<int>& edges)
+                         const std::vector<int>& edges, std::size_t max_entries)
     : mTriangles(gathered(points, triangles, 3)), mEdges(gathered(points, edges, 2))
 {
-  Builder::build(*this);
+  Builder::build(*this, max_entries);
 }
 
 bool PolygonGrid::is_in_listed(const double* p, std::size_t cell) const

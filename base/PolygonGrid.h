@@ -19,8 +19,7 @@ namespace morrow {
 /// edges that pass near it. What keeps the answers the same:
 ///
 /// - Triangles: a cell is "inside" a triangle, or free of it, only where the sign of one of the three
-/// products
-///   is beyond what rounding can change.
+///   products is beyond what rounding can change.
 /// - Edges: where a segment meets an edge at an angle, rounding moves the crossing by less than the gap that
 ///   edges of other cells keep. Where the two are almost parallel it may move it anywhere. So the edges are
 ///   also kept by their direction, and those that run along with a segment are always tried.
@@ -38,10 +37,11 @@ public:
   };
 
   /// points: three doubles for each vertex; triangles: three indices for each triangle; edges: two indices
-  /// for each boundary edge; std::out_of_range for an index that names no vertex. All are copied. Memory:
-  /// some 100 KiB and the copies for lassos drawn by hand, 40 MiB and the copies at most.
+  /// for each boundary edge. What names a vertex that is not there is left out. All are copied. Memory: some
+  /// 100 KiB and the copies for lassos drawn by hand, 40 MiB and the copies at most: where the lists of the
+  /// triangles' or the edges' cells would grow longer than max_entries, the cells are made larger.
   PolygonGrid(const std::vector<double>& points, const std::vector<int>& triangles,
-              const std::vector<int>& edges);
+              const std::vector<int>& edges, std::size_t max_entries = 2'000'000);
 
   /// Does the point lie in any of the triangles, by `point_in_triangle`?
   [[nodiscard]] bool contains(const double* p) const
@@ -75,6 +75,9 @@ public:
 
   /// Is there a grid, or is everything asked in turn?
   [[nodiscard]] bool has_cells() const { return mStride != 0; }
+
+  /// Cells in each direction; 0 without a grid.
+  [[nodiscard]] std::size_t cells_per_side() const { return mStride; }
 
   /// The sides of the grid, which lie a little outside the polygon's box, and how far from the lower left
   /// corner is_solid() tells something.

@@ -44,10 +44,9 @@ public:
   ///
   /// When all points of a vertex, line or triangle share a side bit, the region is not touched, except that:
   /// - a triangle without area, that is one whose corners are collinear or coincide on the screen, holds
-  /// points
-  ///   of its line beyond its corners; three equal corners hold every point. intersects_with_triangle is then
-  ///   true when that line passes through the box's corner (xmin, ymin), the polygon's first vertex or the
-  ///   circle's centre.
+  ///   points of its line beyond its corners; three equal corners hold every point. intersects_with_triangle
+  ///   is then true when that line passes through the box's corner (xmin, ymin), the polygon's first vertex
+  ///   or the circle's centre.
   /// - a segment on the line of a lasso's edge, up to rounding, may count as crossing it at any distance.
   /// Ask touches_… where these are to be found too.
   [[nodiscard]] unsigned char classify(const double* p) const

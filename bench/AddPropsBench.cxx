@@ -277,7 +277,7 @@ void clear_model(benchmark::State& state)
 {
   static Known vtk_times;
   compare(
-      state, named(state, "clearing a model with one prop a part", 50.0), vtk_times,
+      state, named(state, "clearing a model with one prop a part", {}), vtk_times,
       [&] { return time_clearing<ModelInView>(state.range(0)); },
       [&] { return time_clearing<PlainModel>(state.range(0)); });
 }

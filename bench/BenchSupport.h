@@ -9,7 +9,6 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -21,16 +20,7 @@
 /// What benchmarks share.
 namespace morrow_bench {
 
-/// How long the call takes by the clock on the wall, in seconds.
-template<typename Call>
-double wall_seconds(Call&& call)
-{
-  const auto start = std::chrono::steady_clock::now();
-  call();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// The processor time of the call in seconds: what runs on one thread is not slowed by other programs.
+/// The processor time of the call in seconds, that of all threads: other programs slow it little.
 template<typename Call>
 double processor_seconds(Call&& call)
 {

@@ -44,7 +44,6 @@
 
 using morrow_bench::median;
 using morrow_bench::processor_seconds;
-using morrow_bench::wall_seconds;
 
 namespace {
 
@@ -327,13 +326,13 @@ FrameTimes measure(std::int64_t count)
   camera->ParallelProjectionOn();
   camera->SetParallelScale(1.0);
   const auto frame = [&] {
-    return wall_seconds([&] {
+    return processor_seconds([&] {
       view.render();
       view.get_render_window()->WaitForCompletion();
     });
   };
   FrameTimes times{};
-  times.first = wall_seconds([&] {
+  times.first = processor_seconds([&] {
     contender.show_in(view);
     frame();
   });
@@ -341,7 +340,7 @@ FrameTimes measure(std::int64_t count)
   std::vector<double> changed;
   for (int i = 0; i < NumFrames; ++i) {
     plain.push_back(frame());
-    changed.push_back(wall_seconds([&] {
+    changed.push_back(processor_seconds([&] {
       contender.change(count / 2, 0.001 * (i + 1));
       frame();
     }));

@@ -51,8 +51,17 @@ draw() {
 
 cd "$ROOT"
 count=0
+running=() # two at a time
 while IFS= read -r line; do
-  draw "$line" </dev/null
+  if ((${#running[@]} == 2)); then
+    wait "${running[0]}"
+    running=("${running[1]}")
+  fi
+  draw "$line" </dev/null &
+  running+=($!)
   count=$((count + 1))
 done < <(grep '^meshview ' docs/gallery.md)
+for id in "${running[@]}"; do
+  wait "$id"
+done
 ((count > 0))

@@ -3,6 +3,7 @@
 #include "PickFixture.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <set>
 #include <type_traits>
@@ -151,6 +152,22 @@ TEST_F(EntitySelectionTest, TheCountIsTheFirstDataOfAnEntity)
   entity.add_reference();
   const auto* after_table = reinterpret_cast<const char*>(&entity) + sizeof(void*);
   EXPECT_EQ(*reinterpret_cast<const std::uint32_t*>(after_table), 2U);
+}
+
+TEST_F(EntitySelectionTest, ACountThatIsFullNeverFalls)
+{
+  CopyableEntity entity;
+  const std::uint32_t nearly_full = 0xFFFFFFFEU;
+  std::memcpy(reinterpret_cast<char*>(&entity) + sizeof(void*), &nearly_full, sizeof(nearly_full));
+  {
+    const EntitySelection full = select(&entity);
+    EXPECT_EQ(entity.reference_count(), 0xFFFFFFFFU);
+    const std::vector<EntitySelection> more(5, full);
+    EXPECT_EQ(entity.reference_count(), 0xFFFFFFFFU);
+  }
+  entity.release();
+  entity.release_to_owner();
+  EXPECT_EQ(entity.reference_count(), 0xFFFFFFFFU); // how many there are is not known any more
 }
 
 TEST_F(EntitySelectionTest, OneClassIsOrderedByKey)

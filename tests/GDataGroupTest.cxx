@@ -506,6 +506,21 @@ TEST(GDataGroup, ViewsWithoutWindowAndNullViewsAreTaken)
   EXPECT_FALSE(head.is_modified());
 }
 
+TEST(GDataGroup, ViewsMayBeDestroyedWhileGroupsAreUpdated)
+{
+  const auto entities = make_entities(2);
+  Group head(1, 2);
+  add_all(head, entities);
+  auto view = std::make_unique<GView>();
+  const auto noter = ReleaseNoter::make();
+  GDataGroup::ViewProps views;
+  views[view.get()][head.next()->data_sets()[0]] = {noter};
+  head.on_update = [&] { view.reset(); };
+  head.update_all(views);
+  EXPECT_EQ(group_at(head, 1).updates, 1);
+  EXPECT_TRUE(noter->windows.empty());
+}
+
 // ---------------------------------------------------------------------------------------------------------
 // Host code
 

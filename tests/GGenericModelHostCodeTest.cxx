@@ -214,6 +214,49 @@ TEST_F(GGenericModelHostCodeTest, ObserverOfASlotMayAdd)
   EXPECT_EQ(cells_of(data).back(), (Cell{VTK_LINE, {6, 7}}));
 }
 
+TEST_F(GGenericModelHostCodeTest, ObserverOfASlotMayClearOrDestroyTheModel)
+{
+  const std::function<void(GGenericModel&)> additions[] = {
+      [](GGenericModel& model) { model.add_line(kPoints[0], kPoints[1], BRANT_RED); },
+      [](GGenericModel& model) { model.add_cube(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED); },
+      [](GGenericModel& model) { model.add_points(4, kPoints.data(), BRANT_RED, MRUtil::DRAW_OUTLINE); },
+      [](GGenericModel& model) { model.add_vector(kPoints[0], kPoints[1], BRANT_RED, true); },
+      [](GGenericModel& model) { model.add_polydata(one_triangle(), BRANT_RED, MRUtil::DRAW_FILLED); }};
+  for (const bool destroys : {false, true}) {
+    for (int watched = 0; watched < 4; ++watched) {
+      for (const auto& add : additions) {
+        auto model = std::make_unique<GGenericModel>();
+        fill(*model);
+        std::vector<vtkSmartPointer<vtkPolyData>> slots = {
+            &slot(*model, MRUtil::DRAW_OUTLINE, kLines), &slot(*model, MRUtil::DRAW_FILLED, kPolygons),
+            &slot(*model, MRUtil::DRAW_OUTLINE, kVertices),
+            model->initialize_point_data(MRUtil::DRAW_FILLED, 2)};
+        int heard = 0;
+        std::vector<std::unique_ptr<EventHook>> hooks;
+        for (vtkPolyData* data : slots) {
+          auto* colours =
+              data == slots.back() ? data->GetPointData()->GetScalars() : data->GetCellData()->GetScalars();
+          vtkObject* const objects[] = {data, data->GetPoints(), colours,
+                                        data->GetNumberOfLines() > 0   ? data->GetLines()
+                                        : data->GetNumberOfVerts() > 0 ? data->GetVerts()
+                                                                       : data->GetPolys()};
+          hooks.push_back(std::make_unique<EventHook>(objects[watched], vtkCommand::ModifiedEvent, [&] {
+            ++heard;
+            if (destroys) {
+              model.reset();
+            } else {
+              model->clear();
+            }
+          }));
+        }
+        slots.clear();
+        add(*model);
+        EXPECT_GT(heard, 0);
+      }
+    }
+  }
+}
+
 // Whoever adds to a model that is being cleared finds it empty afterwards, and working.
 TEST_F(GGenericModelHostCodeTest, HostThatAddsWhileTheModelIsCleared)
 {

@@ -202,6 +202,28 @@ TEST_F(GPickerBaseTest, ThePrintFunctionMayTakeTheTypeAway)
   EXPECT_EQ(types(), Texts({"node", "edge", "curve"}));
 }
 
+std::unique_ptr<std::string> gTypeName;
+
+TEST_F(GPickerBaseTest, ThePrintFunctionMayFreeTheNameOrThrow)
+{
+  gTypeName = std::make_unique<std::string>("a name of the heap, longer than what fits into a string itself");
+  GPickerBase::register_picker(gTypeName->c_str(), &mNodes);
+  gUnregistered = &mNodes;
+  MRUtil::PrintFunction before = nullptr;
+  MRUtil::get_print_function(before);
+  MRUtil::set_print_function([](const char*, int, bool) {
+    GPickerBase::unregister_picker(gTypeName->c_str(), gUnregistered);
+    gTypeName.reset();
+  });
+  GPickerBase::set_pick_type(gTypeName->c_str(), false);
+  EXPECT_EQ(current(), "(none)");
+  MRUtil::set_print_function([](const char*, int, bool) { throw std::runtime_error("host"); });
+  EXPECT_THROW(GPickerBase::set_pick_type("face", false), std::runtime_error);
+  MRUtil::set_print_function(before);
+  EXPECT_EQ(current(), "face");
+  EXPECT_EQ(filters(), Texts({"face"}));
+}
+
 TEST_F(GPickerBaseTest, TypesOfOnePickerAreFilteredTogether)
 {
   GPickerBase::add_filter_type("edge"); // none is current yet

@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <ctime>
+#include <stdexcept>
 
 namespace {
 
@@ -209,6 +210,31 @@ TEST_F(GPickerListsTest, EchoGivesThePickedListToEachObserver)
   GPickerBase::remove_echo_observer(&echo);
   GPickerBase::echo_ids();
   EXPECT_EQ(gEchoes.size(), 3U);
+}
+
+void echo_fault(int, const GPicked::PickedEntity* const*, const float* const*)
+{
+  throw std::runtime_error("host");
+}
+
+void echo_again(int, const GPicked::PickedEntity* const*, const float* const*)
+{
+  GPickerBase::remove_echo_observer(&echo_again);
+  GPickerBase::clear_picked_list();
+  GPickerBase::echo_ids();
+}
+
+TEST_F(GPickerListsTest, AnEchoMayThrowOrAskForTheNextOne)
+{
+  gEchoes.clear();
+  add_to_picked_list({select(new FaceEntity(1))});
+  GPickerBase::add_echo_observer(&echo_fault);
+  GPickerBase::add_echo_observer(&echo_again);
+  GPickerBase::add_echo_observer(&echo);
+  EXPECT_THROW(GPickerBase::echo_ids(), std::runtime_error);
+  EXPECT_EQ(gEchoes, std::vector<Texts>({{"face 1 at 3"}, {}}));
+  GPickerBase::remove_echo_observer(&echo_fault);
+  GPickerBase::remove_echo_observer(&echo);
 }
 
 // ---- Possible selections

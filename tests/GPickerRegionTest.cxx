@@ -8,10 +8,12 @@
 #include <vtkCallbackCommand.h>
 #include <vtkCommand.h>
 #include <vtkRenderWindowInteractor.h>
+#include <vtkSmartPointer.h>
 
 #include <climits>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 
 namespace {
@@ -43,18 +45,26 @@ protected:
 class AtEvent
 {
 public:
-  AtEvent(vtkObject* object, unsigned long event, std::function<void()> call) : mCall(std::move(call))
+  AtEvent(vtkObject* object, unsigned long event, std::function<void()> call)
+      : mObject(object), mCall(std::move(call))
   {
     mCommand->SetClientData(&mCall);
     mCommand->SetCallback(
         [](vtkObject*, unsigned long, void* data, void*) { (*static_cast<std::function<void()>*>(data))(); });
     object->AddObserver(event, mCommand);
   }
-  ~AtEvent() { mCommand->SetCallback(nullptr); }
+  ~AtEvent()
+  {
+    mObject->RemoveObserver(mCommand);
+    while (mCommand->GetReferenceCount() > 1) {
+      mCommand->UnRegister(nullptr); // VTK loses a reference with each exception
+    }
+  }
   AtEvent(const AtEvent&) = delete;
   AtEvent& operator=(const AtEvent&) = delete;
 
 private:
+  vtkSmartPointer<vtkObject> mObject;
   std::function<void()> mCall;
   vtkNew<vtkCallbackCommand> mCommand;
 };
@@ -178,6 +188,18 @@ TEST_F(GPickerRegionTest, AnExceptionInTheFrameComesOutAndTheWindowGoesOn)
   const FrameCounter frames(scene.window());
   EXPECT_EQ(mPicker.compute_pick_by_box(scene.renderer(), mCorner1, mCorner2), 42);
   EXPECT_EQ(frames.ends(), 1);
+}
+
+TEST_F(GPickerRegionTest, TheFrameMayDestroyThePicker)
+{
+  Scene scene;
+  auto picker = std::make_unique<TestPicker>();
+  int region_picks = 0;
+  picker->on_bounds = [&](vtkRenderer*, PickBounds*) { return ++region_picks; };
+  const AtEvent destroy(scene.renderer(), vtkCommand::EndEvent, [&] { picker.reset(); });
+  EXPECT_EQ(picker->compute_pick_by_box(scene.renderer(), mCorner1, mCorner2), 0);
+  EXPECT_EQ(picker, nullptr);
+  EXPECT_EQ(region_picks, 0);
 }
 
 TEST_F(GPickerRegionTest, TheFrameMayTakeTheRendererOutOfTheWindow)

@@ -232,6 +232,7 @@ TEST_F(GfxDebugSimpleTest, NullArraysDrawNothing)
   const int list[4] = {3, 0, 1, 2};
   const BrantColor colors[1] = {BRANT_RED};
   mDrawing.p_draw_polyline(nullptr, 3, kRedId);
+  mDrawing.p_draw_polyline(nullptr, INT_MAX - 1, kRedId); // its list would take 8 GiB
   mDrawing.p_draw_polygon(nullptr, 3, kRedId, 0, true);
   mDrawing.p_draw_polygon(nullptr, INT_MAX, kRedId, 0, false);
   mDrawing.p_draw_quad(nullptr, kRedId);
@@ -246,7 +247,7 @@ TEST_F(GfxDebugSimpleTest, NullArraysDrawNothing)
   mDrawing.p_highlight_polylines(3, mPoints, 4, nullptr);
   mDrawing.p_highlight_polygons(3, nullptr, 4, list);
   mDrawing.p_highlight_polygons(3, mPoints, 4, nullptr);
-  EXPECT_EQ(mPrinted.calls().size(), 15U); // each is told of, once
+  EXPECT_EQ(mPrinted.calls().size(), 16U); // each is told of, once
   mDrawing.p_draw_label(nullptr, 0.0F, 0.0F, 0.0F, kRedId);
   EXPECT_TRUE(is_empty());
 }

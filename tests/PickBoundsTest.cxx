@@ -274,6 +274,32 @@ TEST(PickPolygonTest, ChangedByHandItAsksAnewAfterCreateBoundingBox)
   EXPECT_EQ(polygon.bbox.maximum(), BrantVector(0, 0, 0)); // a single vertex
 }
 
+TEST(PickPolygonTest, BrokenArraysAreNoDanger)
+{
+  PickPolygon polygon = polygon_of(kSquare);
+  polygon.triangles.insert(polygon.triangles.begin(), {0, 1, 4, -1, 0, 1});
+  polygon.edges.insert(polygon.edges.begin(), {99, 0});
+  polygon.createBoundingBox();
+  EXPECT_TRUE(polygon.intersects_with_point(Point(3, 1)));
+  EXPECT_FALSE(polygon.intersects_with_point(Point(13, 1)));
+  EXPECT_TRUE(polygon.intersects_with_line(Point(3, -1), Point(3, 11)));
+
+  // Fewer than six values are the first vertex, of fewer than two there is none.
+  for (const std::size_t size : {5u, 4u, 3u, 2u}) {
+    polygon.points = {7, 8, 0, 20, 30};
+    polygon.points.resize(size);
+    polygon.bbox.reset();
+    polygon.createBoundingBox();
+    EXPECT_EQ(polygon.bbox.minimum(), BrantVector(7, 8, 0)) << size;
+    EXPECT_EQ(polygon.bbox.maximum(), BrantVector(7, 8, 0)) << size;
+    EXPECT_FALSE(polygon.intersects_with_point(Point(3, 1)));
+    EXPECT_FALSE(polygon.intersects_with_triangle(Point(-50, -50), Point(90, -50), Point(-50, 90)));
+  }
+  polygon.points.resize(1);
+  polygon.createBoundingBox();
+  EXPECT_EQ(polygon.bbox.maximum(), BrantVector(7, 8, 0)); // as it was
+}
+
 TEST(PickPolygonTest, IsAPlainValue)
 {
   PickPolygon first = polygon_of(kSquare);

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <limits>
-#include <stdexcept>
 #include <string>
 
 namespace {
@@ -27,10 +27,15 @@ PolygonGrid grid_of(const Triangulation& polygon)
   return {polygon.points, polygon.triangles, polygon.edges};
 }
 
-/// Asks the grid and the literal polygon the same questions.
-void expect_literal_answers(const Triangulation& polygon, int questions, const std::string& what)
+PolygonGrid limited_grid_of(const Triangulation& polygon, std::size_t max_entries)
 {
-  const PolygonGrid grid = grid_of(polygon);
+  return {polygon.points, polygon.triangles, polygon.edges, max_entries};
+}
+
+/// Asks the grid and the literal polygon the same questions.
+void expect_literal_answers(const PolygonGrid& grid, const Triangulation& polygon, int questions,
+                            const std::string& what)
+{
   const morrow_test::LiteralPolygon literal = polygon.literal();
   LassoQueries queries(polygon, 17);
   for (int i = 0; i < questions; ++i) {
@@ -42,6 +47,11 @@ void expect_literal_answers(const Triangulation& polygon, int questions, const s
     ASSERT_EQ(grid.crosses_edge(p, q), literal.crosses_an_edge(p, q))
         << what << ", segment " << i << " from " << p[0] << " " << p[1] << " to " << q[0] << " " << q[1];
   }
+}
+
+void expect_literal_answers(const Triangulation& polygon, int questions, const std::string& what)
+{
+  expect_literal_answers(grid_of(polygon), polygon, questions, what);
 }
 
 void expect_literal_answers(const Ring& ring, int questions, const std::string& what)
@@ -140,43 +150,62 @@ TEST(PolygonGridTest, HasNoCellsWhereTheyWouldNotHelp)
 TEST(PolygonGridTest, ARandomLassoOfManyCrossingsIsWithinBounds)
 {
   PickInputs inputs(21);
-  const Triangulation polygon(random_ring(400, inputs));
-  ASSERT_GT(polygon.triangles.size(), 3u * 10000u);
-  EXPECT_TRUE(grid_of(polygon).has_cells());
-  expect_literal_answers(polygon, 150, "400 random points");
+  const Triangulation polygon(random_ring(300, inputs));
+  ASSERT_GT(polygon.triangles.size(), 3u * 8000u);
+  const PolygonGrid grid = grid_of(polygon);
+  EXPECT_TRUE(grid.has_cells());
+  expect_literal_answers(grid, polygon, 150, "300 random points");
 }
 
 // The lists are limited: where very many triangles or edges run across the polygon, the cells are larger.
 TEST(PolygonGridTest, LargerCellsForWhatOverlapsEverywhere)
 {
-  Triangulation polygon(hand_drawn(64));
-  // Lines right across it, each of which would list some 150 of the small cells. They come first: a cell that
-  // is known to be inside lists nothing more.
+  const Triangulation polygon(hand_drawn(64));
+  // Lines right across it, each of which lists some 150 of the small cells, or half of that of cells of twice
+  // the size. They come first: a cell that is known to be inside lists nothing more.
   std::vector<int> triangles;
   std::vector<int> edges;
-  for (int i = 0; i < 20000; ++i) {
+  for (int i = 0; i < 1000; ++i) {
     triangles.insert(triangles.end(), {i % 64, (i + 32) % 64, i % 64});
     edges.insert(edges.end(), {i % 64, (i + 32) % 64});
   }
   Triangulation filled = polygon;
   filled.triangles.insert(filled.triangles.begin(), triangles.begin(), triangles.end());
-  EXPECT_TRUE(grid_of(filled).has_cells());
-  expect_literal_answers(filled, 100, "20000 triangles");
-  polygon.edges.insert(polygon.edges.begin(), edges.begin(), edges.end());
-  EXPECT_TRUE(grid_of(polygon).has_cells());
-  expect_literal_answers(polygon, 100, "20000 edges");
+  Triangulation crossed = polygon;
+  crossed.edges.insert(crossed.edges.begin(), edges.begin(), edges.end());
+  for (const Triangulation* shapes : {&filled, &crossed}) {
+    EXPECT_EQ(grid_of(*shapes).cells_per_side(), 128u);
+    const PolygonGrid limited = limited_grid_of(*shapes, 100'000);
+    EXPECT_EQ(limited.cells_per_side(), 64u);
+    expect_literal_answers(limited, *shapes, 1000, "limited");
+    const PolygonGrid very_limited = limited_grid_of(*shapes, 15'000);
+    EXPECT_EQ(very_limited.cells_per_side(), 8u);
+    expect_literal_answers(very_limited, *shapes, 1000, "very limited");
+    const PolygonGrid none = limited_grid_of(*shapes, 900); // each shape has a cell at least
+    EXPECT_FALSE(none.has_cells());
+    expect_literal_answers(none, *shapes, 100, "without cells");
+  }
 }
 
-TEST(PolygonGridTest, AnIndexBeyondTheVerticesIsAnError)
+TEST(PolygonGridTest, WhatNamesNoVertexIsLeftOut)
 {
   const std::vector<double> points = {0, 0, 0, 1, 0, 0, 0, 1, 0};
-  const std::vector<int> good = {0, 1, 2};
-  EXPECT_THROW(PolygonGrid(points, {0, 1, 3}, {}), std::out_of_range);
-  EXPECT_THROW(PolygonGrid(points, {0, 1, -1}, {}), std::out_of_range);
-  EXPECT_THROW(PolygonGrid(points, good, {0, 7}), std::out_of_range);
-  const PolygonGrid incomplete(points, {0, 1, 2, 0}, {0, 1, 2}); // what is left over is ignored
   const double p[2] = {0.25, 0.25};
+  const double below[2] = {0.25, -1.0};
+  for (const int bad : {3, -1, INT_MAX, INT_MIN}) {
+    const PolygonGrid broken(points, {0, 1, bad}, {0, bad});
+    EXPECT_FALSE(broken.contains(p));
+    EXPECT_FALSE(broken.crosses_edge(p, below));
+    const PolygonGrid partly(points, {0, bad, 2, 0, 1, 2}, {bad, 0, 0, 1});
+    EXPECT_TRUE(partly.contains(p));
+    EXPECT_TRUE(partly.crosses_edge(p, below));
+  }
+  const PolygonGrid incomplete(points, {0, 1, 2, 0}, {0, 1, 2}); // what is left over is ignored
   EXPECT_TRUE(incomplete.contains(p));
+  const PolygonGrid without_z({0, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2}, {}); // of the last vertex
+  EXPECT_TRUE(without_z.contains(p));
+  const PolygonGrid without_y({0, 0, 0, 1, 0, 0, 0}, {0, 1, 2}, {});
+  EXPECT_FALSE(without_y.contains(p));
 }
 
 TEST(PolygonGridTest, PlacesOfBoxesAreTrueOfAllTheirPoints)

@@ -9,6 +9,7 @@
 #include "GfxDebug.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
@@ -16,14 +17,17 @@
 #include <limits>
 #include <numeric>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
 constexpr double kLargest = 1e18;          // as in meshes
 constexpr std::size_t kLongestLabel = 200; // bytes; what is drawn of it takes memory
 constexpr std::size_t kMostReports = 10;   // of faulty lines
+constexpr std::size_t kLargestFile = 64;   // MiB; some devices have no end
 
 /// What is wrong with a line.
 struct Fault : std::runtime_error
@@ -215,12 +219,44 @@ BrantVector point_in(Words& words)
   return BrantVector(xyz);
 }
 
+/// How many bytes of UTF-8 follow one that begins a character; none for a byte that cannot.
+std::optional<int> following_bytes(unsigned char first)
+{
+  if (first < 0x80) {
+    return first != 0 ? std::optional(0) : std::nullopt;
+  }
+  if (first < 0xc2 || first > 0xf4) {
+    return std::nullopt;
+  }
+  return first < 0xe0 ? 1 : first < 0xf0 ? 2 : 3;
+}
+
+/// Nothing is drawn of other text.
+bool is_utf8(const std::string& text)
+{
+  int missing = 0;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool follows = (byte & 0xc0U) == 0x80;
+    const auto following = following_bytes(byte);
+    if (follows != (missing > 0) || (!follows && !following)) {
+      return false;
+    }
+    missing = follows ? missing - 1 : *following;
+  }
+  return missing == 0;
+}
+
 std::string text_in(const Words& words)
 {
-  if (words.is_empty() || words.rest().size() > kLongestLabel) {
+  std::string text = words.rest();
+  if (text.empty() || text.size() > kLongestLabel) {
     throw Fault("its text must have 1 to " + std::to_string(kLongestLabel) + " bytes");
   }
-  return words.rest();
+  if (!is_utf8(text)) {
+    throw Fault("its text is not UTF-8");
+  }
+  return text;
 }
 
 Arguments arguments_in(Words& words, const Rule& rule)
@@ -251,26 +287,45 @@ const Rule& rule_for(const std::string& name)
   return *found;
 }
 
+/// The whole file, which may be a pipe.
+std::string text_of(const std::string& path)
+{
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    throw Fault("is a directory");
+  }
+  std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    throw Fault("cannot be read");
+  }
+  std::string text;
+  std::array<char, 65536> some;
+  while (file.read(some.data(), some.size()) || file.gcount() > 0) {
+    text.append(some.data(), static_cast<std::size_t>(file.gcount()));
+    if (text.size() > kLargestFile << 20U) {
+      throw Fault("is larger than " + std::to_string(kLargestFile) + " MiB");
+    }
+  }
+  return text;
+}
+
 } // namespace
 
 DebugScript::DebugScript(const std::string& path)
 {
-  std::ifstream file(path, std::ios::binary);
-  if (std::filesystem::is_directory(path)) {
-    Console::complain(path, "is a directory");
+  try {
+    read(path, text_of(path));
+  } catch (const Fault& fault) {
+    Console::complain(path, fault.what());
     ++mFaults;
-  } else if (!file) {
-    Console::complain(path, "cannot be read");
-    ++mFaults;
-  } else {
-    read(path, file);
   }
 }
 
-void DebugScript::read(const std::string& path, std::istream& file)
+void DebugScript::read(const std::string& path, const std::string& text)
 {
+  std::istringstream lines(text);
   std::string line;
-  for (std::size_t number = 1; std::getline(file, line); ++number) {
+  for (std::size_t number = 1; std::getline(lines, line); ++number) {
     try {
       read_line(line);
     } catch (const Fault& fault) {

@@ -5,7 +5,6 @@
 #include "BrantVector.h"
 
 #include <functional>
-#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -18,7 +17,7 @@ public:
   DebugScript() = default;
 
   /// Reads the file. The user is told of each faulty line, which is left out, and of a file that cannot be
-  /// read.
+  /// read or has more than 64 MiB, of which nothing is drawn.
   explicit DebugScript(const std::string& path);
 
   /// Could all of the file be understood?
@@ -34,7 +33,7 @@ public:
   void run() const;
 
 private:
-  void read(const std::string& path, std::istream& file);
+  void read(const std::string& path, const std::string& text);
   void read_line(const std::string& line);
   void report(const std::string& path, std::size_t number, const std::string& problem);
 

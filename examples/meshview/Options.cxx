@@ -60,12 +60,12 @@ grey.
 The quality of elements is their mean ratio, which does not depend on their
 size: 1 for equilateral triangles and tetrahedra, squares, cubes and the like,
 towards 0 the more an element is flattened or distorted, and 0 for one that is
-inside out. Its colours go from blue for 0 to red for 1. There is one for triangles, quadrilaterals, tetrahedra, hexahedra,
-wedges and pyramids, of curved ones for their corners. Other cells are grey and
-not counted.
+inside out. Its colours go from blue for 0 to red for 1. There is one for
+triangles, quadrilaterals, tetrahedra, hexahedra, wedges and pyramids, of curved
+ones for their corners. Other cells are grey and not counted.
 
-The lines of a drawing script, where # begins a comment, colours are names or
-ids, and coordinates are numbers with blanks between them:
+The lines of a drawing script; one that begins with # is a comment. Colours are
+names or ids, and coordinates are numbers with blanks between them:
 )" + debug_script_help() +
          R"(
 Pictures are as large as the window would be. With --spin the mesh turns about

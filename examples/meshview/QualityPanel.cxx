@@ -17,21 +17,29 @@
 
 namespace {
 
-constexpr double kShare = 0.4; // of the window's longer side
-constexpr int kBins = 25;      // an odd number: the middle one, whose colour the text has, is bright
+constexpr double kReadable = 320.0; // pixels along the window's longer side that the panel should have
+constexpr int kBins = 25;           // an odd number: the middle one, whose colour the text has, is bright
 constexpr BrantColor kSlate(36, 41, 48);
 
-/// So small that the numbers have room beside the axis, and the texts at the top in the whole width.
+/// The panel's, of the window's longer side.
+double share_of(int longer_side)
+{
+  return std::clamp(kReadable / std::max(longer_side, 1), 0.4, 0.5);
+}
+
+/// So small that the numbers have room beside the axis, in a tenth of the width, and the texts at the top in
+/// all of it.
 double text_size(const GView& view, long long largest, std::size_t longest_text)
 {
   int width = 0;
   int height = 0;
   drawn_size(view, width, height);
-  constexpr double kWidthOfLetter = 0.6; // of their height
+  constexpr double kWidthOfDigit = 0.58; // of their height
+  constexpr double kWidthOfLetter = 0.6;
   const double digits = static_cast<double>(std::to_string(largest).size());
-  const double beside_axis = 0.09 * width / (kWidthOfLetter * digits);
+  const double beside_axis = 0.09 * width / (kWidthOfDigit * digits);
   const double at_top = 0.9 * width / (kWidthOfLetter * static_cast<double>(longest_text));
-  return std::clamp(std::min({beside_axis, at_top, 0.03 * height}), 7.0, 20.0);
+  return std::clamp(std::min({beside_axis, at_top, 0.04 * height}), 7.0, 20.0);
 }
 
 std::vector<BrantColor> bin_colors(const ColorScale& scale)
@@ -84,12 +92,13 @@ void QualityPanel::split_window(GView& mesh_view)
   mView->set_background(slate);
   mView->set_background2(slate);
   mView->get_renderer()->InteractiveOff();
+  const double share = share_of(std::max(width, height));
   if (width >= height) {
-    mesh_view.get_renderer()->SetViewport(0.0, 0.0, 1.0 - kShare, 1.0);
-    mView->get_renderer()->SetViewport(1.0 - kShare, 0.0, 1.0, 1.0);
+    mesh_view.get_renderer()->SetViewport(0.0, 0.0, 1.0 - share, 1.0);
+    mView->get_renderer()->SetViewport(1.0 - share, 0.0, 1.0, 1.0);
   } else {
-    mesh_view.get_renderer()->SetViewport(0.0, kShare, 1.0, 1.0);
-    mView->get_renderer()->SetViewport(0.0, 0.0, 1.0, kShare);
+    mesh_view.get_renderer()->SetViewport(0.0, share, 1.0, 1.0);
+    mView->get_renderer()->SetViewport(0.0, 0.0, 1.0, share);
   }
 }
 
