@@ -110,6 +110,7 @@ void MeshArrays::read_grid(vtkUnstructuredGrid& grid)
     return;
   }
   this->add_part(*grid.GetCells(), 0, 0, 0, 0);
+  mTypeArray = types;
   mTypes = types->GetPointer(0);
   mParts[0].count = std::min(mParts[0].count, types->GetNumberOfValues()); // a cell needs both
   this->limit_cells(mParts[0].count);
@@ -158,6 +159,9 @@ std::vector<std::uintptr_t> MeshArrays::state() const
                                        static_cast<std::uintptr_t>(mPoints)};
   if (vtkPoints* points = mData.GetPoints()) {
     newest = std::max({newest, points->GetMTime(), points->GetData()->GetMTime()});
+  }
+  if (mTypeArray != nullptr) {
+    newest = std::max(newest, mTypeArray->GetMTime());
   }
   for (int i = 0; i < mPartCount; ++i) {
     const Part& part = mParts[i];

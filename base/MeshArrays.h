@@ -13,6 +13,7 @@ class vtkCellArray;
 class vtkIdList;
 class vtkPointSet;
 class vtkPolyData;
+class vtkUnsignedCharArray;
 class vtkUnstructuredGrid;
 
 namespace morrow {
@@ -174,7 +175,8 @@ private:
   bool mHasMoreCells = false;
   Part mParts[4] = {};
   int mPartCount = 0;
-  const unsigned char* mTypes = nullptr; // of a grid's cells
+  vtkUnsignedCharArray* mTypeArray = nullptr; // of a grid's cells
+  const unsigned char* mTypes = nullptr;      // its values
   vtkSmartPointer<vtkIdList> mAsked;
 };
 

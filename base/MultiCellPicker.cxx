@@ -47,6 +47,13 @@ void copy_point(const double (&from)[3], float (&to)[3])
   std::transform(from, from + 3, to, [](double value) { return static_cast<float>(value); });
 }
 
+// World to view, with depth from 0 to 1.
+void copy_projection(vtkRenderer& renderer, vtkMatrix4x4& matrix)
+{
+  matrix.DeepCopy(renderer.GetActiveCamera()->GetCompositeProjectionTransformMatrix(
+      renderer.GetTiledAspectRatio(), 0.0, 1.0));
+}
+
 } // namespace
 
 /// One pick. Keeps alive what observers could destroy, and other picks of the same picker away.
@@ -226,30 +233,33 @@ int MultiCellPicker::PickByBounds(PickBounds* region, vtkRenderer* renderer)
     return 0;
   }
   this->Renderer = renderer;
+  vtkNew<vtkMatrix4x4> projection;
+  if (renderer->GetRenderWindow() != nullptr) {
+    copy_projection(*renderer, *projection);
+  }
   this->InvokeEvent(vtkCommand::StartPickEvent, nullptr);
   if (region != nullptr && renderer->GetRenderWindow() != nullptr) {
-    this->visit_props(*region, *renderer);
+    this->visit_props(*region, *renderer, *projection);
   }
   this->InvokeEvent(vtkCommand::EndPickEvent, nullptr);
   return this->CellPicks.empty() ? 0 : 1;
 }
 
-void MultiCellPicker::visit_props(PickBounds& region, vtkRenderer& renderer)
+void MultiCellPicker::visit_props(PickBounds& region, vtkRenderer& renderer, vtkMatrix4x4& projection)
 {
   if (mSelectVisibleOnly) {
-    // Before the props are listed: it may render, which can change them.
+    // Before the props are listed: it may render, which can change them, and how deep the camera sees.
     mDepth = std::make_unique<morrow::WindowDepth>();
-    mDepth->read(renderer);
+    if (mDepth->read(renderer)) {
+      copy_projection(renderer, projection);
+    }
   }
-  vtkNew<vtkMatrix4x4> projection;
-  projection->DeepCopy(renderer.GetActiveCamera()->GetCompositeProjectionTransformMatrix(
-      renderer.GetTiledAspectRatio(), 0.0, 1.0));
   vtkPropCollection* props = this->PickFromList != 0 ? this->GetPickList() : renderer.GetViewProps();
   this->Transform->PostMultiply();
   vtkNew<vtkMatrix4x4> combined;
   for (const morrow::PickableProp& found : morrow::pickable_props(*props)) {
     this->Transform->SetMatrix(found.matrix);
-    vtkMatrix4x4::Multiply4x4(projection, found.matrix, combined);
+    vtkMatrix4x4::Multiply4x4(&projection, found.matrix, combined);
     this->IntersectWithBounds(&region, combined, found.path, found.prop, found.mapper, &renderer);
   }
 }

@@ -37,6 +37,9 @@ class WindowDepth;
 /// counts from the moment that Modified() has been called on the data set, its points or its cells, or on one
 /// of their arrays.
 ///
+/// In a region pick of touching cells, a triangle that is seen exactly edge-on, as a line, counts by its
+/// sides and corners. It never counts as one that has the whole region inside.
+///
 /// Between picks the pickers keep bounds of runs of cells, less than one byte a cell, for the data sets they
 /// have picked in; a data set takes its own along when it dies, and the last picker all of them. A host that
 /// picks often therefore keeps its picker.
@@ -151,7 +154,7 @@ private:
   class Turn;
 
   void delete_records();
-  void visit_props(PickBounds& region, vtkRenderer& renderer);
+  void visit_props(PickBounds& region, vtkRenderer& renderer, vtkMatrix4x4& projection);
   CellPick& add_record(vtkProp3D* prop, vtkDataSet* data, std::vector<SubCellPick>&& hits);
 
   std::shared_ptr<morrow::CellBlocksCache> mBlocks;

@@ -320,7 +320,8 @@ RegionQuestion::RegionQuestion(const PickBounds& its_region, vtkMatrix4x4& its_m
 std::vector<MultiCellPicker::SubCellPick> cells_in_region(const RegionQuestion& question, vtkPointSet& data,
                                                           CellBlocksCache& cache)
 {
-  const bool has_pointers = data.GetFieldData()->GetAbstractArray("Pointers") != nullptr;
+  vtkFieldData* fields = data.GetFieldData(); // null if the host has set that
+  const bool has_pointers = fields != nullptr && fields->GetAbstractArray("Pointers") != nullptr;
   double bounds[6];
   data.GetBounds(bounds);
   if (!question.region.intersects_with_bbox(

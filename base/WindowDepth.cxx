@@ -69,7 +69,7 @@ private:
 WindowDepth::WindowDepth() = default;
 WindowDepth::~WindowDepth() = default;
 
-void WindowDepth::read(vtkRenderer& renderer)
+bool WindowDepth::read(vtkRenderer& renderer)
 {
   const vtkSmartPointer<vtkRenderWindow> window = renderer.GetRenderWindow();
   mBuffer = nullptr;
@@ -78,14 +78,16 @@ void WindowDepth::read(vtkRenderer& renderer)
   mHeight = std::max(size[1], 0);
   // VTK has nothing to read from before a window's first frame, and does not look.
   if (window->GetNeverRendered() != 0 || mWidth == 0 || mHeight == 0) {
-    return;
+    return false;
   }
-  if (is_drawn_over(renderer, *window)) {
+  const bool renders = is_drawn_over(renderer, *window);
+  if (renders) {
     this->read_in_frame(renderer, *window);
   }
   if (mBuffer == nullptr) {
     this->read_buffer(*window);
   }
+  return renders;
 }
 
 void WindowDepth::read_in_frame(vtkRenderer& renderer, vtkRenderWindow& window)

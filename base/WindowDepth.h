@@ -21,8 +21,8 @@ public:
 
   /// Reads the renderer's depth from its window, which must have one. When another renderer has drawn over it
   /// in the last frame, the window is rendered anew, and the depth read in between; exceptions of host code
-  /// in that frame pass through. A window without a frame has no depth.
-  void read(vtkRenderer& renderer);
+  /// in that frame pass through. A window without a frame has no depth. Returns whether it has rendered.
+  bool read(vtkRenderer& renderer);
 
   /// Whether nothing lies more than 0.01 in front of the pixel at (x, y) in depth z. Coordinates are cut to
   /// whole pixels, towards 0; outside of the window, and for what is not a number, nothing is visible.

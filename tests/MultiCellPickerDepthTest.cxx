@@ -182,6 +182,17 @@ TEST_F(MultiCellPickerDepthTest, WindowsWithoutInteractorOrFrameAreFine)
   EXPECT_EQ("bRg", this->pick());
 }
 
+TEST_F(MultiCellPickerDepthTest, AClosedWindowIsHarmless)
+{
+  mView->render();
+  vtkRenderer* renderer = mView->get_renderer();
+  EXPECT_EQ("bRg", pick(renderer));
+  renderer->GetRenderWindow()->Finalize();
+  EXPECT_EQ(3U, pick(renderer).size()); // what of them is visible cannot be told
+  mView->render();
+  EXPECT_EQ("bRg", pick(renderer));
+}
+
 TEST_F(MultiCellPickerDepthTest, ExceptionsOfTheExtraFrameReachTheCaller)
 {
   mView->enable_overlay();

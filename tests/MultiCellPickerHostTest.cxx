@@ -252,4 +252,28 @@ TEST(MultiCellPickerLifetime, TheLastPickerForgetsTheDataSets)
   EXPECT_FALSE(ball->HasObserver(vtkCommand::DeleteEvent));
 }
 
+TEST_F(MultiCellPickerHostTest, DataWithoutFieldDataHasNoPointers)
+{
+  const auto data = two_triangles();
+  data->SetFieldData(nullptr);
+  show(data);
+  EXPECT_EQ(1, pick_all());
+  EXPECT_EQ((std::vector<int>{0, 1}), cells());
+}
+
+TEST_F(MultiCellPickerHostTest, TheCameraCountsAsItIsWhenThePickBegins)
+{
+  const auto data = two_triangles();
+  give_pointers(data);
+  show(data);
+  vtkNew<vtkCallbackCommand> look_away;
+  look_away->SetClientData(mRenderer->GetActiveCamera());
+  look_away->SetCallback([](vtkObject*, unsigned long, void* camera, void*) {
+    static_cast<vtkCamera*>(camera)->SetPosition(0.0, 0.0, -10.0); // mirrors left and right
+  });
+  mPicker->AddObserver(vtkCommand::StartPickEvent, look_away);
+  EXPECT_EQ(1, pick_box(0, 0, 50, 100));
+  EXPECT_EQ(std::vector<int>{0}, cells());
+}
+
 } // namespace
