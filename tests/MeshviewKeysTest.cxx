@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <sstream>
 #include <string>
 
@@ -33,6 +34,7 @@ TEST(MeshviewKeysTest, SwitchesAreLetters)
   expect_action("d", Command::ToggleHiddenLines);
   expect_action("s", Command::SavePicture);
   expect_action("S", Command::SaveScene);
+  expect_action("D", Command::NextShape);
   expect_action("q", Command::Quit);
   expect_action("e", Command::Quit);
   expect_action("r", Command::Frame);
@@ -69,6 +71,16 @@ TEST(MeshviewKeysTest, CapitalsAreOtherKeys)
   EXPECT_NE(action_of("x", false)->value, action_of("X", false)->value);
   EXPECT_FALSE(action_of("Q", false).has_value());
   EXPECT_EQ(action_of("question", false), action_of("h", false));
+}
+
+TEST(MeshviewKeysTest, EachKeyIsThereOnce)
+{
+  std::set<KeyStroke> seen;
+  for (const KeyStroke& stroke : key_strokes()) {
+    EXPECT_TRUE(seen.insert(stroke).second) << stroke.first;
+    EXPECT_TRUE(action_of(stroke.first.c_str(), stroke.second).has_value()) << stroke.first;
+  }
+  EXPECT_GT(seen.size(), 40U);
 }
 
 TEST(MeshviewKeysTest, WhatIsNotInTheTableIsNothing)

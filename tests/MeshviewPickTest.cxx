@@ -6,6 +6,12 @@
 
 #include <nlohmann/json.hpp>
 
+#include <vtkCellArray.h>
+#include <vtkNew.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkXMLPolyDataWriter.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <set>
@@ -113,6 +119,8 @@ TEST_F(MeshviewPickTest, VisibleOnlyLeavesOutWhatIsBehind)
 {
   EXPECT_EQ(entities({"--pick", "100,100", "--visible-only"}), Texts({"face 0"}));
   EXPECT_EQ(entities({"--pick", "100,100", "--pick-type", "element"}), Texts({"element 0", "element 1"}));
+  EXPECT_NE(mOutcome.out.find("  Current entity is element 0 (Element 0).\n"), std::string::npos)
+      << mOutcome.out;
   EXPECT_EQ(entities({"--pick", "100,100", "--pick-type", "block"}), Texts({"cube"}));
 }
 
@@ -249,6 +257,130 @@ TEST_F(MeshviewPickTest, TheSampleHasItsBlocksAndFaces)
   }
   EXPECT_GT(ids.size(), 50U);
   EXPECT_LT(*ids.rbegin(), 20040); // the file's numbers, as those of labels
+}
+
+/// A plate, and behind it a small one, lines and a point. From +x, y is to the right and z up.
+vtkSmartPointer<vtkPolyData> plates_and_lines()
+{
+  const double places[][3] = {{1, 0.6, 0},      {-1, 0.21, 0.8},  {-1, 0.21, -0.8}, {-1, 1, -0.8},
+                              {-1, 1, 0.8},     {-1, -0.9, -0.3}, {-1, -0.9, 0.3},  {1, -1, -1},
+                              {1, 0.2, -1},     {1, 0.2, 1},      {1, -1, 1},       {-1, -0.7, -0.3},
+                              {-1, 0.19, -0.3}, {-1, 0.19, 0.3},  {-1, -0.7, 0.3}};
+  auto mesh = vtkSmartPointer<vtkPolyData>::New();
+  vtkNew<vtkPoints> points;
+  for (const auto& place : places) {
+    points->InsertNextPoint(place);
+  }
+  vtkNew<vtkCellArray> arrays[3];
+  arrays[0]->InsertNextCell({0});              // element 0: the point
+  arrays[1]->InsertNextCell({1, 2, 3, 4});     // 1: like a U, beside the plates
+  arrays[1]->InsertNextCell({5, 6});           // 2: behind the plate
+  arrays[2]->InsertNextCell({7, 8, 9, 10});    // 3: the plate
+  arrays[2]->InsertNextCell({11, 12, 13, 14}); // 4: the small one behind
+  mesh->SetPoints(points);
+  mesh->SetVerts(arrays[0]);
+  mesh->SetLines(arrays[1]);
+  mesh->SetPolys(arrays[2]);
+  return mesh;
+}
+
+/// plates_and_lines() as a square, as the cube's.
+class MeshviewPickLinesTest : public MeshviewPickTest
+{
+protected:
+  void SetUp() override
+  {
+    MeshviewPickTest::SetUp();
+    mCube = write_with<vtkXMLPolyDataWriter>(in_folder("plates.vtp"), plates_and_lines().Get());
+  }
+
+  [[nodiscard]] int column(double y) const
+  {
+    return mLeft + static_cast<int>((y + 1.0) / 2.0 * (mRight - mLeft + 1));
+  }
+  [[nodiscard]] int row(double z) const
+  {
+    return mBottom + static_cast<int>((z + 1.0) / 2.0 * (mTop - mBottom + 1));
+  }
+
+  /// The visible ones of a report's entities.
+  static Texts visible_of(const Json& report)
+  {
+    Texts entities;
+    for (const Json& entity : report.at("entities")) {
+      if (entity.at("visible") == true) {
+        entities.push_back(entity.at("entity"));
+      }
+    }
+    return entities;
+  }
+};
+
+TEST_F(MeshviewPickLinesTest, ABoxTellsWhatIsHidden)
+{
+  const Json all = report(of_cube({"--pick-box", "0,0,199,199", "--pick-type", "element"}));
+  EXPECT_EQ(entities_of(all), Texts({"element 0", "element 1", "element 2", "element 3", "element 4"}));
+  EXPECT_EQ(visible_of(all), Texts({"element 0", "element 1", "element 3"}));
+  EXPECT_EQ(entities({"--pick-box", "0,0,199,199", "--pick-type", "element", "--visible-only"}),
+            visible_of(all));
+}
+
+TEST_F(MeshviewPickLinesTest, LinesAndPointsAreClickedNearby)
+{
+  const Json line = report(of_cube({"--image", mPicture, "--background", "9", "--pick",
+                                    pixels({column(1.0) - 1, row(0.5)}), "--pick-type", "element"}));
+  ASSERT_EQ(entities_of(line), Texts({"element 1"}));
+  EXPECT_FLOAT_EQ(line["entities"][0]["point"][1], 1.0F); // on the line
+  EXPECT_EQ(line["entities"][0]["visible"], true);
+  const Image picture = read_png(mPicture);
+  const auto lit = find_pixels(picture, is_picked_colour); // three strokes, and nothing between them
+  EXPECT_GT(lit.width(), (mRight - mLeft) / 3);
+  EXPECT_GT(lit.height(), (mTop - mBottom) * 3 / 4);
+  EXPECT_LT(count_pixels(picture, is_picked_colour), 8 * (lit.width() + 2 * lit.height()));
+  EXPECT_FALSE(is_picked_colour(picture.at(column(0.4), row(0.4))));
+  const Json behind = report(of_cube({"--pick", pixels({column(-0.9), row(0.0)}), "--pick-type", "element"}));
+  EXPECT_EQ(entities_of(behind), Texts({"element 3", "element 2"}));
+  EXPECT_EQ(visible_of(behind), Texts({"element 3"}));
+  EXPECT_EQ(entities({"--pick", pixels({column(0.6) + 1, row(0.0)}), "--pick-type", "block"}),
+            Texts({"plates"}));
+  EXPECT_EQ(entities({"--pick", pixels({column(0.6) + 9, row(0.0)}), "--pick-type", "block"}), Texts());
+}
+
+TEST_F(MeshviewPickLinesTest, NodesAreSeenOrHiddenWhereTheyAre)
+{
+  const int border = column(0.2); // of the plate; both nodes are behind it, one beside it
+  const Json hidden = report(of_cube({"--pick", pixels({border + 1, row(0.3)}), "--pick-type", "node"}));
+  EXPECT_EQ(entities_of(hidden), Texts({"node 13"}));
+  EXPECT_EQ(visible_of(hidden), Texts());
+  const Json seen = report(of_cube({"--pick", pixels({border - 1, row(0.8)}), "--pick-type", "node"}));
+  EXPECT_EQ(visible_of(seen), Texts({"node 1"}));
+}
+
+/// More than have a line of sight of their own: elements 0 to 19 in front of the plate, 20 to 39 behind it.
+TEST_F(MeshviewPickLinesTest, ManyPointsAtOnceAreToldApartByThePlate)
+{
+  vtkNew<vtkPoints> points;
+  vtkNew<vtkCellArray> vertices;
+  for (int i = 0; i < 40; ++i) {
+    vertices->InsertNextCell({points->InsertNextPoint(i < 20 ? 1.0 : -1.0, 0.00005 * (i % 20), 0.0)});
+  }
+  vtkNew<vtkCellArray> plate;
+  plate->InsertNextCell({40, 41, 42, 43});
+  for (const auto& [y, z] : {std::pair(-1, -1), {1, -1}, {1, 1}, {-1, 1}}) {
+    points->InsertNextPoint(0.0, y, z);
+  }
+  vtkNew<vtkPolyData> mesh;
+  mesh->SetPoints(points);
+  mesh->SetVerts(vertices);
+  mesh->SetPolys(plate);
+  mCube = write_with<vtkXMLPolyDataWriter>(in_folder("many.vtp"), mesh.Get());
+  const Json all = report(of_cube({"--pick", pixels({column(0.0), row(0.0)}), "--pick-type", "element"}));
+  ASSERT_EQ(all["entities"].size(), 41U);
+  EXPECT_EQ(all["entities"][20]["id"], 40); // the plate
+  for (std::size_t i = 0; i < 41; ++i) {
+    EXPECT_EQ(all["entities"][i]["visible"], i <= 20) << i;
+    EXPECT_EQ(all["entities"][i]["id"] < 20, i < 20) << i;
+  }
 }
 
 class MeshviewPickRealTest : public MeshviewPickTest, public ::testing::WithParamInterface<const char*>

@@ -120,18 +120,23 @@ TEST_F(MeshviewPickWindowTest, DragsToTheRightTakeWhatIsInsideAndToTheLeftWhatTh
   expect_output("1 entity selected\n"); // the side -y, seen from its edge
   drag({{100, 1}, {50, 100}, {1, 199}});
   expect_output("5 entities selected\n");
-  press_key(mWindow, XK_S, ShiftMask);
+  press_key(mWindow, XK_D, ShiftMask);
   expect_output("drags draw a circle\n");
   drag({{100, 100}, {120, 100}});
   expect_output("nothing there\n");
   drag({{100, 100}, {80, 100}});
   expect_output("2 entities selected\n");
-  press_key(mWindow, XK_S, ShiftMask);
+  press_key(mWindow, XK_D, ShiftMask);
   expect_output("drags draw a lasso\n");
+  // Whichever way it goes round, the first step to a side counts.
   const std::vector<std::array<int, 2>> clockwise = {{1, 1}, {1, 198}, {100, 198}, {100, 1}};
   drag(clockwise);
   expect_output("1 entity selected\n");
   drag({clockwise.rbegin(), clockwise.rend()});
+  expect_output("5 entities selected\n");
+  drag({{4, 1}, {1, 2}, {100, 1}, {100, 198}, {1, 198}}); // three pixels to the left are none
+  expect_output("1 entity selected\n");
+  drag({{100, 198}, {1, 198}, {1, 1}, {100, 1}});
   expect_output("5 entities selected\n");
 }
 
@@ -160,6 +165,10 @@ TEST_F(MeshviewPickWindowTest, WhatIsBelowTheCursorLightsUp)
   move_mouse(mWindow, 100, 100);
   EXPECT_GT(count_pixels(picture(), is_pre_selected_colour), 1000);
   move_mouse(mWindow, 2, 2);
+  EXPECT_EQ(count_pixels(picture(), is_pre_selected_colour), 0);
+  move_mouse(mWindow, 100, 100);
+  EXPECT_GT(count_pixels(picture(), is_pre_selected_colour), 1000);
+  XWarpPointer(mDisplay, None, DefaultRootWindow(mDisplay), 0, 0, 0, 0, 900, 900); // leaves the window
   EXPECT_EQ(count_pixels(picture(), is_pre_selected_colour), 0);
   move_mouse(mWindow, 100, 100);
   press_key(mWindow, XK_P, ShiftMask);

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Keys.h"
 
-#include <vector>
-
 namespace {
 
 struct Key
@@ -82,7 +80,7 @@ const std::vector<KeyGroup>& groups()
       {"space", "turn once around", {{"space", {C::Spin}}}},
       {"P", "the left button picks, or rotates", {{"P", {C::TogglePicking}}}},
       {"T", "pick faces, edges, elements, nodes, blocks in turn", {{"T", {C::NextKind}}}},
-      {"S", "drags draw a box, a circle, a lasso in turn", {{"S", {C::NextShape}}}},
+      {"D", "drags draw a box, a circle, a lasso in turn", {{"D", {C::NextShape}}}},
       {"H", "pick what surfaces hide, or not", {{"H", {C::ToggleVisibleOnly}}}},
       {"Tab Shift-Tab",
        "next, previous of what is below the click",
@@ -108,6 +106,17 @@ std::optional<KeyAction> action_of(const char* symbol, bool control)
     }
   }
   return std::nullopt;
+}
+
+std::vector<KeyStroke> key_strokes()
+{
+  std::vector<KeyStroke> all;
+  for (const KeyGroup& group : groups()) {
+    for (const Key& key : group.keys) {
+      all.emplace_back(key.symbol, key.control);
+    }
+  }
+  return all;
 }
 
 std::string key_list()

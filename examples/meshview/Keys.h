@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 /// What the keys of the window do. The table in Keys.cxx is the one place that says which key does what: the
 /// window looks keys up in it, and both the help text and the list that the window prints are made from it.
@@ -62,6 +64,10 @@ struct KeyAction
 /// gives it ("a", "A", "plus", "Left"), null for none. Control tells keys apart, Shift does not: symbols do,
 /// and where Shift is needed for a symbol differs from keyboard to keyboard.
 [[nodiscard]] std::optional<KeyAction> action_of(const char* symbol, bool control);
+
+/// All that the table has: the symbol, and whether Control goes with it.
+using KeyStroke = std::pair<std::string, bool>;
+[[nodiscard]] std::vector<KeyStroke> key_strokes();
 
 /// The keys and what they do, a line for each group of them, without a line end at the end.
 [[nodiscard]] std::string key_list();

@@ -52,7 +52,7 @@ public:
   [[nodiscard]] void* host_object() const override { return nullptr; }
   [[nodiscard]] const char* type_name() const override { return name_of(mWhich.kind); }
   [[nodiscard]] int id() const override { return static_cast<int>(mWhich.id); }
-  [[nodiscard]] int element() const override { return -1; }
+  [[nodiscard]] int element() const override { return mWhich.kind == EntityKind::Element ? id() : -1; }
   [[nodiscard]] const char* name() const override { return mName.c_str(); }
 
   /// By kind, block and id. There are fewer than 2^20 blocks, and 2^40 ids in each.

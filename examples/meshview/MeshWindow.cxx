@@ -71,6 +71,14 @@ public:
     }
   }
 
+  void OnLeave() override
+  {
+    if (mMouse != nullptr && !mCommands->is_busy()) {
+      mMouse->leave();
+    }
+    this->Superclass::OnLeave();
+  }
+
 protected:
   KeyStyle() = default;
   ~KeyStyle() override = default;

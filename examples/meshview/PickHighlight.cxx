@@ -8,6 +8,7 @@
 
 #include <vtkActor.h>
 #include <vtkCellArray.h>
+#include <vtkCellType.h>
 #include <vtkIdList.h>
 #include <vtkNew.h>
 #include <vtkPolyData.h>
@@ -51,20 +52,38 @@ std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, BrantColor
   return {actor};
 }
 
+/// Which of vtkPolyData's arrays has cells of this type: vertices, lines, polygons or strips.
+std::size_t array_of(int type)
+{
+  switch (type) {
+  case VTK_VERTEX:
+  case VTK_POLY_VERTEX:
+    return 0;
+  case VTK_LINE:
+  case VTK_POLY_LINE:
+    return 1;
+  case VTK_TRIANGLE_STRIP:
+    return 3;
+  default:
+    return 2;
+  }
+}
+
 /// Some cells of the data, over the same points.
 vtkSmartPointer<vtkPolyData> extract(vtkPolyData& data, const std::vector<vtkIdType>& cells)
 {
-  vtkNew<vtkCellArray> arrays[3]; // vertices, lines and the rest
+  vtkNew<vtkCellArray> arrays[4];
   for (const vtkIdType cell : cells) {
     vtkNew<vtkIdList> points;
     data.GetCellPoints(cell, points);
-    arrays[points->GetNumberOfIds() < 3 ? points->GetNumberOfIds() - 1 : 2]->InsertNextCell(points);
+    arrays[array_of(data.GetCellType(cell))]->InsertNextCell(points);
   }
   auto extracted = vtkSmartPointer<vtkPolyData>::New();
   extracted->SetPoints(data.GetPoints());
   extracted->SetVerts(arrays[0]);
   extracted->SetLines(arrays[1]);
   extracted->SetPolys(arrays[2]);
+  extracted->SetStrips(arrays[3]);
   return extracted;
 }
 

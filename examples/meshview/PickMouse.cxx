@@ -22,18 +22,6 @@ int distance(const std::array<int, 2>& a, const std::array<int, 2>& b)
   return std::max(std::abs(a[0] - b[0]), std::abs(a[1] - b[1]));
 }
 
-/// Positive when the corners go round counter-clockwise.
-double area(const std::vector<std::array<int, 2>>& corners)
-{
-  double twice = 0.0;
-  for (std::size_t i = 0; i < corners.size(); ++i) {
-    const auto& a = corners[i];
-    const auto& b = corners[(i + 1) % corners.size()];
-    twice += static_cast<double>(a[0]) * b[1] - static_cast<double>(b[0]) * a[1];
-  }
-  return twice / 2.0;
-}
-
 /// What is drawn for a region.
 std::vector<std::array<double, 2>> outline(const PickRegion& region)
 {
@@ -142,6 +130,13 @@ bool PickMouse::release()
   return true;
 }
 
+void PickMouse::leave()
+{
+  if (mPath.empty() && mViewer.picking().end_hover()) {
+    mViewer.refresh();
+  }
+}
+
 bool PickMouse::is_drag() const
 {
   return std::any_of(mPath.begin(), mPath.end(),
@@ -150,7 +145,14 @@ bool PickMouse::is_drag() const
 
 bool PickMouse::takes_touched() const
 {
-  return mShape == PickShape::Lasso ? area(mPath) > 0.0 : mPath.back()[0] < mPath.front()[0];
+  const int start = mPath.front()[0];
+  if (mShape != PickShape::Lasso) {
+    return mPath.back()[0] < start;
+  }
+  const auto first = std::find_if(mPath.begin(), mPath.end(), [start](const Place& place) {
+    return std::abs(place[0] - start) >= kClick;
+  });
+  return first != mPath.end() && (*first)[0] < start;
 }
 
 PickRegion PickMouse::region() const

@@ -11,8 +11,8 @@ class Viewer;
 /// the button what a click would pick lights up. Outside of pick mode, as at first, it leaves the mouse
 /// alone.
 ///
-/// A drag to the right takes what lies wholly inside, one to the left also what it touches; a lasso likewise
-/// clockwise, or the other way round.
+/// A drag to the right takes what lies wholly inside, one to the left also what it touches. Of a lasso it is
+/// the way to the side that it takes first.
 class PickMouse
 {
 public:
@@ -31,6 +31,7 @@ public:
   bool press(int x, int y, bool add);
   bool move(int x, int y);
   bool release();
+  void leave(); ///< a drag goes on
 
   /// Gives up a drag, and the light of what is below the cursor.
   void cancel();

@@ -175,6 +175,13 @@ MeshEntity::Which PickTargets::entity_of(vtkDataSet* data, vtkIdType cell) const
   return entity;
 }
 
+bool PickTargets::has_lines_or_vertices() const
+{
+  return std::any_of(mData.begin(), mData.end(), [](const auto& data) {
+    return data->GetNumberOfLines() > 0 || data->GetNumberOfVerts() > 0;
+  });
+}
+
 vtkPolyData* PickTargets::data_of(const MeshEntity::Which& entity) const
 {
   const bool is_one_of_block = mKind == EntityKind::Face || mKind == EntityKind::Edge;

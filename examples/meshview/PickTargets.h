@@ -36,6 +36,9 @@ public:
   /// Has each entity a data set of its own?
   [[nodiscard]] bool is_whole() const { return mKind != EntityKind::Element && mKind != EntityKind::Node; }
 
+  /// Has the mesh lines or points of its own among what is picked?
+  [[nodiscard]] bool has_lines_or_vertices() const;
+
   /// The entity's data set, and its cells there; all of them when it has the data set for itself.
   [[nodiscard]] vtkPolyData* data_of(const MeshEntity::Which& entity) const;
   [[nodiscard]] std::vector<vtkIdType> cells_of(const MeshEntity::Which& entity) const;

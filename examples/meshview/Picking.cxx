@@ -120,9 +120,11 @@ bool Picking::hover(int x, int y)
   return GPickerBase::get_current_pre_selection() != before;
 }
 
-void Picking::end_hover()
+bool Picking::end_hover()
 {
+  const bool had_one = GPickerBase::get_current_pre_selection() != nullptr;
   GPickerBase::set_pre_selection({});
+  return had_one;
 }
 
 void Picking::step(bool forward)

@@ -33,7 +33,7 @@ public:
 
   /// Pre-selects what a click there would pick. False when it is what it was.
   bool hover(int x, int y);
-  void end_hover();
+  bool end_hover(); ///< false when nothing was pre-selected
 
   /// To the next or the previous candidate of the last click.
   void step(bool forward);
