@@ -37,11 +37,21 @@ public:
   /// Whether there are cells without points, or broken ones: boxes tell nothing of them.
   [[nodiscard]] bool has_empty_cells() const noexcept { return mHasEmptyCells; }
 
+  /// Whether the cells are triangles in one array, with points that exist, so that none needs to be looked
+  /// at.
+  [[nodiscard]] bool are_known_triangles() const noexcept { return mAreTriangles; }
+
+  /// Whether VTK measures the distance of a ray from all of the cells along the shortest way.
+  [[nodiscard]] bool are_round() const noexcept { return mAreRound; }
+
   /// Whether there are triangles, or parts of quadrilaterals and polygons, whose corners are one point.
   [[nodiscard]] bool has_collapsed_cells() const noexcept { return mHasCollapsedCells; }
 
   /// Whether VTK may find a ray to hit a cell outside of the box around its points.
   [[nodiscard]] bool has_curved_cells() const noexcept { return mHasCurvedCells; }
+
+  /// Around all cells with points. There must be boxes.
+  [[nodiscard]] BlockBox whole() const;
 
   enum class Verdict
   {
@@ -92,6 +102,8 @@ private:
   }
 
   vtkIdType mCells;
+  bool mAreTriangles = true;
+  bool mAreRound = false;
   bool mHasEmptyCells = false;
   bool mHasCollapsedCells = false;
   bool mHasCurvedCells = false;

@@ -89,6 +89,6 @@ GDataGroupEntity* MRUtil::get_back_pointer(vtkDataSet* data_set)
   }
   const auto address = static_cast<std::uintptr_t>(array->GetValue(0));
   GDataGroupEntity* entity = nullptr;
-  std::memcpy(&entity, &address, sizeof entity);
+  std::memcpy(&entity, &address, sizeof address);
   return entity;
 }

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
+#include <type_traits>
 #include <vector>
 
+#include <vtkCellType.h>
 #include <vtkSmartPointer.h>
 #include <vtkType.h>
 
@@ -89,6 +92,31 @@ public:
     return true;
   }
 
+  /// Calls function(ids) with the ids of the points of the cells from first to last, the latter excluded,
+  /// when these are triangles that lie in one array, and have points that exist: 3 ids each, one cell after
+  /// the other. Returns whether they are.
+  template<typename Function>
+  bool with_triangles(vtkIdType first, vtkIdType last, Function&& function) const
+  {
+    bool are_sound = false;
+    this->with_ids(first, last, [&](const Part& part, const auto* offsets, const auto* ids) {
+      are_sound = this->are_triangles(part, first - part.first, last - part.first, offsets, ids);
+      if (are_sound) {
+        function(ids + offsets[first - part.first]);
+      }
+    });
+    return are_sound;
+  }
+
+  /// The same when all cells of the mesh are known to be such triangles, without a look.
+  template<typename Function>
+  void with_known_triangles(vtkIdType first, vtkIdType last, Function&& function) const
+  {
+    this->with_ids(first, last, [&](const Part& part, const auto* offsets, const auto* ids) {
+      function(ids + offsets[0] + 3 * (first - part.first)); // the offsets stay unread
+    });
+  }
+
 private:
   /// One array of cells.
   struct Part
@@ -111,6 +139,56 @@ private:
                 unsigned char beyond);
   void limit_cells(vtkIdType cells);
   vtkIdType ask_for_cell(vtkIdType id, int& type, const vtkIdType*& ids) const;
+
+  /// Calls function(part, offsets, ids) with the array that has all of the cells, if there is one.
+  template<typename Function>
+  void with_ids(vtkIdType first, vtkIdType last, Function&& function) const
+  {
+    for (int i = 0; i < mPartCount; ++i) {
+      const Part& part = mParts[i];
+      if (first < part.first || first >= last || last > part.first + part.count) {
+        continue;
+      }
+      if (part.is_wide) {
+        function(part, static_cast<const vtkTypeInt64*>(part.offsets),
+                 static_cast<const vtkTypeInt64*>(part.ids));
+      } else {
+        function(part, static_cast<const vtkTypeInt32*>(part.offsets),
+                 static_cast<const vtkTypeInt32*>(part.ids));
+      }
+      return;
+    }
+  }
+
+  // Without a branch for each cell: what is wrong anywhere is collected.
+  template<typename Id>
+  [[nodiscard]] bool are_triangles(const Part& part, vtkIdType begin, vtkIdType end, const Id* offsets,
+                                   const Id* all_ids) const
+  {
+    using Bits = std::make_unsigned_t<Id>; // wraps around
+    const Id from = offsets[begin];
+    if (!has_type(part, begin, end, VTK_TRIANGLE) || from < 0 || 3 * (end - begin) > part.size - from) {
+      return false;
+    }
+    Bits odd = 0;
+    for (vtkIdType i = begin; i < end; ++i) {
+      odd |= (static_cast<Bits>(offsets[i + 1]) - static_cast<Bits>(offsets[i])) ^ Bits { 3 };
+    }
+    const auto last = static_cast<Bits>(std::min(mPoints - 1, vtkIdType{std::numeric_limits<Id>::max()}));
+    const Id* ids = all_ids + from;
+    Bits wrong = 0; // the highest bit is set by a negative id and by one beyond the last
+    for (vtkIdType i = 0; i < 3 * (end - begin); ++i) {
+      wrong |= static_cast<Bits>(ids[i]) | (last - static_cast<Bits>(ids[i]));
+    }
+    return odd == 0 && static_cast<Id>(wrong) >= 0 && mPoints > 0;
+  }
+
+  [[nodiscard]] bool has_type(const Part& part, vtkIdType begin, vtkIdType end, unsigned char type) const
+  {
+    return mTypes == nullptr ? part.smallest == 3 && part.types[0] == type
+                             : std::all_of(mTypes + begin, mTypes + end,
+                                           [type](unsigned char of_cell) { return of_cell == type; });
+  }
 
   template<typename Id>
   [[nodiscard]] bool are_points(const Id* ids, vtkIdType count) const

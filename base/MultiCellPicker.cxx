@@ -27,6 +27,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 vtkStandardNewMacro(MultiCellPicker)
@@ -100,6 +102,7 @@ MultiCellPicker::~MultiCellPicker()
 void MultiCellPicker::Initialize()
 {
   this->delete_records();
+  mHasWarned = false;
   this->Superclass::Initialize();
 }
 
@@ -125,6 +128,14 @@ MultiCellPicker::CellPick& MultiCellPicker::add_record(vtkProp3D* prop, vtkDataS
   record->Transform = vtkTransform::New();
   record->Transform->DeepCopy(this->Transform);
   return *record.release();
+}
+
+void MultiCellPicker::warn_of_cells_beyond(vtkDataSet& data)
+{
+  constexpr vtkIdType most = vtkIdType{std::numeric_limits<std::int32_t>::max()} + 1;
+  if (data.GetNumberOfCells() > most && !std::exchange(mHasWarned, true)) {
+    vtkWarningMacro("Only the first " << most << " cells of a data set can be picked.");
+  }
 }
 
 void MultiCellPicker::PrintSelf(ostream& os, vtkIndent indent)
@@ -172,6 +183,7 @@ double MultiCellPicker::IntersectWithLine(const double p1[3], const double p2[3]
   const morrow::PickRay ray = {{p1[0], p1[1], p1[2]}, {p2[0], p2[1], p2[2]}, tol};
   this->Transform->Update();
   for (const auto& data : morrow::data_sets_of(mapper)) {
+    this->warn_of_cells_beyond(*data);
     std::vector<SubCellPick> hits = morrow::cells_on_ray(ray, *data, *this->Transform, *this->Cell, *mBlocks);
     if (!hits.empty()) {
       CellPick& record = this->add_record(prop, data, std::move(hits));
@@ -291,6 +303,7 @@ double MultiCellPicker::IntersectWithBounds(PickBounds* region, vtkMatrix4x4* ma
     if (points == nullptr) {
       continue;
     }
+    this->warn_of_cells_beyond(*points);
     std::vector<SubCellPick> hits = morrow::cells_in_region(question, *points, *mBlocks);
     if (!hits.empty()) {
       this->add_record(prop, points, std::move(hits)).Region = region;

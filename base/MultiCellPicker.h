@@ -35,7 +35,11 @@ class WindowDepth;
 ///
 /// Data sets are read as they are; nothing brings a pipeline up to date. What a host changes in a data set
 /// counts from the moment that Modified() has been called on the data set, its points or its cells, or on one
-/// of their arrays.
+/// of their arrays; until then, none of the ids that cells have may name a point that does not exist.
+///
+/// A cell's number has 32 bits: of a data set with more than 2³¹ cells only the first 2³¹ are looked at, and
+/// a VTK warning says so, once in each pick. In a region pick of whole cells without "Pointers" such a data
+/// set is never found.
 ///
 /// In a region pick of touching cells, a triangle that is seen exactly edge-on, as a line, counts by its
 /// sides and corners. It never counts as one that has the whole region inside.
@@ -154,6 +158,7 @@ private:
   class Turn;
 
   void delete_records();
+  void warn_of_cells_beyond(vtkDataSet& data);
   void visit_props(PickBounds& region, vtkRenderer& renderer, vtkMatrix4x4& projection);
   CellPick& add_record(vtkProp3D* prop, vtkDataSet* data, std::vector<SubCellPick>&& hits);
 
@@ -161,4 +166,5 @@ private:
   std::unique_ptr<morrow::WindowDepth> mDepth; // during a region pick of visible cells
   std::vector<SubCellPick> mSpare;             // memory of the last pick, for the one that runs
   bool mIsPicking = false;
+  bool mHasWarned = false; // since Initialize()
 };

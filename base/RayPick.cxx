@@ -7,14 +7,17 @@
 #include "CellSoundness.h"
 #include "MeshArrays.h"
 #include "RayTube.h"
+#include "TriangleSieve.h"
 
 #include <vtkBox.h>
 #include <vtkCellType.h>
 #include <vtkDoubleArray.h>
 #include <vtkGenericCell.h>
+#include <vtkNew.h>
 #include <vtkPointSet.h>
 #include <vtkPoints.h>
 #include <vtkTransform.h>
+#include <vtkTriangle.h>
 
 #include <algorithm>
 #include <limits>
@@ -30,35 +33,18 @@ using Hits = std::vector<MultiCellPicker::SubCellPick>;
 class ExactTest
 {
 public:
-  ExactTest(const PickRay& ray, vtkTransform& to_world, vtkGenericCell& cell, Hits& hits)
-      : mRay(ray), mToWorld(to_world), mCell(cell), mHits(hits)
+  ExactTest(const PickRay& ray, const double* bounds, vtkTransform& to_world, vtkGenericCell& cell,
+            Hits& hits)
+      : mRay(ray), mSieve(ray, bounds), mToWorld(to_world), mCell(cell),
+        mCorners(static_cast<vtkDoubleArray*>(mTriangle->GetPoints()->GetData())->GetPointer(0)), mHits(hits)
   {}
 
   /// With the cell that is there.
-  void run(vtkIdType id)
-  {
-    double t = 0.0;
-    double x[3] = {0.0, 0.0, 0.0};
-    double pcoords[3];
-    int sub_id = 0;
-    if (mCell.IntersectWithLine(mRay.p1, mRay.p2, mRay.tolerance, t, x, pcoords, sub_id) == 0) {
-      return;
-    }
-    double ignored[3];
-    const bool is_direct =
-        mCell.IntersectWithLine(mRay.p1, mRay.p2, mRay.tolerance * 0.5, t, ignored, pcoords, sub_id) != 0;
-    double world[3];
-    mToWorld.InternalTransformPoint(x, world); // it is up to date
-    mHits.push_back(
-        {static_cast<std::int32_t>(id),
-         {static_cast<float>(world[0]), static_cast<float>(world[1]), static_cast<float>(world[2])},
-         is_direct,
-         true});
-  }
+  void run(vtkIdType id) { this->test(mCell, id, TriangleSieve::Distance::Unclear); }
 
   /// With one that is made of these points.
   template<typename Number, typename Id>
-  void run(vtkIdType id, int type, vtkIdType count, const Id* ids, const Number* xyz)
+  void run(vtkIdType id, int type, vtkIdType count, const Id* ids, const Number* xyz, bool may_be_direct)
   {
     mCell.SetCellType(type);
     vtkPoints* points = mCell.GetPoints();
@@ -73,13 +59,58 @@ public:
       const Number* point = xyz + 3 * static_cast<vtkIdType>(ids[i]);
       std::copy(point, point + 3, own + 3 * i);
     }
-    this->run(id);
+    using Distance = TriangleSieve::Distance;
+    this->test(mCell, id, may_be_direct ? Distance::Unclear : Distance::Far);
+  }
+
+  /// With a triangle at these points.
+  template<typename Number, typename Id>
+  void run_triangle(vtkIdType id, const Id* ids, const Number* xyz)
+  {
+    double corners[9];
+    for (int i = 0; i < 3; ++i) {
+      const Number* point = xyz + 3 * static_cast<vtkIdType>(ids[i]);
+      std::copy(point, point + 3, corners + 3 * i);
+    }
+    const TriangleSieve::Distance distance = mSieve.distance_to(corners, corners + 3, corners + 6);
+    if (distance != TriangleSieve::Distance::Beyond) {
+      std::copy(corners, corners + 9, mCorners);
+      this->test(*mTriangle, id, distance);
+    }
   }
 
 private:
+  template<typename Cell>
+  void test(Cell& cell, vtkIdType id, TriangleSieve::Distance distance)
+  {
+    using Distance = TriangleSieve::Distance;
+    double t = 0.0;
+    double x[3] = {0.0, 0.0, 0.0};
+    double pcoords[3];
+    int sub_id = 0;
+    if (cell.IntersectWithLine(mRay.p1, mRay.p2, mRay.tolerance, t, x, pcoords, sub_id) == 0) {
+      return;
+    }
+    double ignored[3];
+    const bool is_direct =
+        distance == Distance::Near ||
+        (distance != Distance::Far &&
+         cell.IntersectWithLine(mRay.p1, mRay.p2, mRay.tolerance * 0.5, t, ignored, pcoords, sub_id) != 0);
+    double world[3];
+    mToWorld.InternalTransformPoint(x, world); // it is up to date
+    mHits.push_back(
+        {static_cast<std::int32_t>(id),
+         {static_cast<float>(world[0]), static_cast<float>(world[1]), static_cast<float>(world[2])},
+         is_direct,
+         true});
+  }
+
   const PickRay& mRay;
+  TriangleSieve mSieve;
   vtkTransform& mToWorld;
   vtkGenericCell& mCell;
+  vtkNew<vtkTriangle> mTriangle;
+  double* mCorners; // the triangle's
   Hits& mHits;
 };
 
@@ -88,9 +119,9 @@ template<typename Number>
 class MeshOnRay
 {
 public:
-  MeshOnRay(const MeshArrays& mesh, const Number* xyz, const RayTube& tube, vtkPointSet& data,
-            vtkGenericCell& cell, ExactTest& exact)
-      : mMesh(mesh), mXyz(xyz), mTube(tube), mData(data), mCell(cell), mExact(exact)
+  MeshOnRay(const MeshArrays& mesh, const Number* xyz, const RayTube& tube, const RayTube& half_tube,
+            vtkPointSet& data, vtkGenericCell& cell, ExactTest& exact)
+      : mMesh(mesh), mXyz(xyz), mTube(tube), mHalfTube(half_tube), mData(data), mCell(cell), mExact(exact)
   {}
 
   /// Looks only into the boxes that the ray can meet.
@@ -99,7 +130,11 @@ public:
     using Verdict = CellBlocks::Verdict;
     blocks.walk([&](const BlockBox& box) { return mTube.may_meet(box) ? Verdict::Open : Verdict::Skip; },
                 [&](vtkIdType first, vtkIdType last, Verdict verdict) {
-                  if (verdict == Verdict::Open) {
+                  if (verdict == Verdict::Open && blocks.are_known_triangles()) {
+                    this->visit_triangles(first, last, [this](auto id) {
+                      return mTube.sides_across(mXyz + 3 * static_cast<vtkIdType>(id));
+                    });
+                  } else if (verdict == Verdict::Open) {
                     this->visit(first, last, [this](auto id) {
                       return mTube.sides_of(mXyz + 3 * static_cast<vtkIdType>(id));
                     });
@@ -109,7 +144,7 @@ public:
   }
 
   /// Looks at all cells. Where they share points it looks at these first.
-  void visit_all()
+  void visit_all(bool are_known_triangles)
   {
     if (mMesh.connectivity_size() < mMesh.points()) {
       this->visit(0, mMesh.cells(),
@@ -118,14 +153,28 @@ public:
     }
     const auto count = static_cast<std::size_t>(mMesh.points());
     const std::unique_ptr<unsigned char[]> sides(new unsigned char[count]);
-    for (std::size_t i = 0; i < count; ++i) {
-      sides[i] = static_cast<unsigned char>(mTube.sides_of(mXyz + 3 * i));
+    mTube.sides_across(mXyz, count, sides.get());
+    const auto sides_of = [&sides](auto id) -> unsigned { return sides[static_cast<std::size_t>(id)]; };
+    if (are_known_triangles) {
+      this->visit_triangles(0, mMesh.cells(), sides_of);
+    } else {
+      this->visit(0, mMesh.cells(), sides_of);
     }
-    this->visit(0, mMesh.cells(),
-                [&sides](auto id) -> unsigned { return sides[static_cast<std::size_t>(id)]; });
   }
 
 private:
+  template<typename SidesOf>
+  void visit_triangles(vtkIdType first, vtkIdType last, SidesOf&& sides_of)
+  {
+    mMesh.with_known_triangles(first, last, [&](const auto* ids) {
+      for (vtkIdType id = first; id < last; ++id, ids += 3) {
+        if ((sides_of(ids[0]) & sides_of(ids[1]) & sides_of(ids[2])) == 0) {
+          mExact.run_triangle(id, ids, mXyz);
+        }
+      }
+    });
+  }
+
   template<typename SidesOf>
   void visit(vtkIdType first, vtkIdType last, SidesOf&& sides_of)
   {
@@ -141,10 +190,20 @@ private:
       }
       if (count > 0 && (common == 0 || (form == CellForm::Boxed && this->box_may_meet(count, ids))) &&
           count >= fewest_points(type)) {
-        mExact.run(id, type, count, ids, mXyz);
+        mExact.run(id, type, count, ids, mXyz, form != CellForm::Hull || this->may_be_direct(count, ids));
       }
       return true;
     });
+  }
+
+  template<typename Id>
+  [[nodiscard]] bool may_be_direct(vtkIdType count, const Id* ids) const
+  {
+    unsigned common = ~0U;
+    for (vtkIdType i = 0; i < count; ++i) {
+      common &= mHalfTube.sides_of(mXyz + 3 * static_cast<vtkIdType>(ids[i]));
+    }
+    return common == 0;
   }
 
   // VTK takes the plane of a polygon that is not plane, and all of it that lies in the polygon's bounds.
@@ -175,6 +234,7 @@ private:
   const MeshArrays& mMesh;
   const Number* mXyz;
   const RayTube& mTube;
+  const RayTube& mHalfTube; // of half the tolerance
   vtkPointSet& mData;
   vtkGenericCell& mCell;
   ExactTest& mExact;
@@ -184,7 +244,7 @@ private:
 void visit_one_by_one(vtkDataSet& data, vtkGenericCell& cell, ExactTest& exact)
 {
   const vtkIdType count =
-      std::min(data.GetNumberOfCells(), vtkIdType{std::numeric_limits<std::int32_t>::max()});
+      std::min(data.GetNumberOfCells(), vtkIdType{std::numeric_limits<std::int32_t>::max()} + 1);
   for (vtkIdType id = 0; id < count; ++id) {
     data.GetCell(id, &cell);
     exact.run(id);
@@ -211,13 +271,19 @@ void visit_point_set(const PickRay& ray, const double* bounds, vtkPointSet& data
     visit_points_and_cells(mesh, data, cell, exact);
     return;
   }
-  const RayTube tube(ray, bounds);
+  const bool are_triangles = blocks != nullptr && blocks->are_known_triangles();
+  const bool are_round = blocks != nullptr && blocks->are_round();
+  const RayTube::Reach reach = are_round ? RayTube::Reach::Round : RayTube::Reach::Axes;
+  const RayTube tube(ray, bounds, reach);
+  PickRay half_as_wide = ray;
+  half_as_wide.tolerance *= 0.5;
+  const RayTube half_tube(half_as_wide, bounds, reach);
   mesh.with_points([&](const auto* xyz) {
-    MeshOnRay on_ray(mesh, xyz, tube, data, cell, exact);
+    MeshOnRay on_ray(mesh, xyz, tube, half_tube, data, cell, exact);
     if (blocks != nullptr && !blocks->are_scattered() && !blocks->has_curved_cells()) {
       on_ray.visit(*blocks);
     } else {
-      on_ray.visit_all();
+      on_ray.visit_all(are_triangles);
     }
   });
 }
@@ -249,7 +315,7 @@ std::vector<MultiCellPicker::SubCellPick> cells_on_ray(const PickRay& ray, vtkDa
     return hits;
   }
   to_world.Update();
-  ExactTest exact(ray, to_world, scratch, hits);
+  ExactTest exact(ray, bounds, to_world, scratch, hits);
   if (auto* points = vtkPointSet::SafeDownCast(&data)) {
     visit_point_set(ray, bounds, *points, scratch, blocks, exact);
   } else {

@@ -5,6 +5,7 @@
 #include "CellBlocks.h" // BlockBox
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 namespace morrow {
@@ -22,8 +23,15 @@ struct PickRay
 class RayTube
 {
 public:
+  /// What VTK measures the tolerance along.
+  enum class Reach
+  {
+    Round, ///< the shortest way: all but vertices
+    Axes   ///< each axis by itself: vertices
+  };
+
   /// bounds: 6 doubles, those of the data set.
-  RayTube(const PickRay& ray, const double* bounds);
+  RayTube(const PickRay& ray, const double* bounds, Reach reach);
 
   /// One bit for each of the six sides on which a point lies beyond reach: two pairs across the ray, one
   /// along. What has a bit in common for all corners, and keeps between them, is not hit. No bit for a
@@ -41,6 +49,17 @@ public:
     }
     return sides;
   }
+
+  /// The same for the four sides across the ray.
+  template<typename Number>
+  [[nodiscard]] unsigned sides_across(const Number* point) const noexcept
+  {
+    return this->sides_between<double>(mAcross, point);
+  }
+
+  /// The same for many points, 3 × count numbers, into count bytes.
+  void sides_across(const float* points, std::size_t count, unsigned char* sides) const noexcept;
+  void sides_across(const double* points, std::size_t count, unsigned char* sides) const noexcept;
 
   /// Whether something between these corners may be hit; corners that are not finite always may.
   template<typename Number>
@@ -75,10 +94,40 @@ private:
   static constexpr double Far = 1.0e300;
   static constexpr double Looseness = 1.0e-6; // VTK takes a polygon for a little larger than it is
 
+  /// Two slabs across the ray, in numbers of one kind.
+  template<typename Number>
+  struct Slabs
+  {
+    Number axes[2][3];
+    Number lowest[2];
+    Number highest[2];
+    Number far;
+  };
+
+  template<typename Wide, typename Number>
+  [[nodiscard]] static unsigned sides_between(const Slabs<Wide>& slabs, const Number* point) noexcept
+  {
+    const auto x = static_cast<Wide>(point[0]);
+    const auto y = static_cast<Wide>(point[1]);
+    const auto z = static_cast<Wide>(point[2]);
+    unsigned sides = 0;
+    for (int i = 0; i < 2; ++i) {
+      const Wide at = x * slabs.axes[i][0] + y * slabs.axes[i][1] + z * slabs.axes[i][2];
+      sides |= static_cast<unsigned>((at < slabs.lowest[i]) & (at > -slabs.far)) << (2 * i);
+      sides |= static_cast<unsigned>((at > slabs.highest[i]) & (at < slabs.far)) << (2 * i + 1);
+    }
+    return sides;
+  }
+
+  template<typename Number>
+  [[nodiscard]] Slabs<Number> slabs(double scale, double far) const;
+
   double mStart[3];
   double mAxes[3][3]; // across, across, along
   double mLowest[3];
   double mHighest[3];
+  Slabs<double> mAcross;
+  Slabs<float> mAcrossInFloats;
 };
 
 } // namespace morrow

@@ -134,6 +134,18 @@ bool RegionFilter::touches_triangle_between(const double* a, const double* b, co
          (crosses(a, b) || crosses(b, c) || crosses(c, a) || point_in_triangle(anchor, a, b, c));
 }
 
+ScreenSides RegionFilter::sides() const
+{
+  return mIsSolid ? ScreenSides{mLeft, mRight, mBottom, mTop} : ScreenSides{kNone, kNone, kNone, kNone};
+}
+
+double RegionFilter::depth() const
+{
+  const double depth = 2.0 * std::max({mXMin - mLeft, mRight - mXMax, mYMin - mBottom, mTop - mYMax});
+  return mKind == Kind::Box && mXMin <= mXMax && mYMin <= mYMax ? depth
+                                                                : std::numeric_limits<double>::infinity();
+}
+
 PolygonGrid::Place RegionFilter::place_of_box(double xmin, double ymin, double xmax, double ymax) const
 {
   const bool is_beyond = xmax < mLeft || xmin > mRight || ymax < mBottom || ymin > mTop;

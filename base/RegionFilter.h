@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "PlanarTests.h" // inlined
-#include "PolygonGrid.h" // inlined
+#include "PlanarTests.h"     // inlined
+#include "PolygonGrid.h"     // inlined
+#include "ScreenRectangle.h" // ScreenSides
 
 class PickBounds;
 class PickBox;
@@ -27,6 +28,8 @@ public:
   explicit RegionFilter(const PickBounds& region);
 
   [[nodiscard]] bool is_known() const { return mKind != Kind::Other; }
+
+  [[nodiscard]] bool is_box() const { return mKind == Kind::Box; }
 
   /// What classify() says of a point.
   enum Bits : unsigned char
@@ -59,6 +62,14 @@ public:
     }
     return contains(p) ? Inside : 0;
   }
+
+  /// Beyond one of these sides everything is Outside, as place_of_box() says it, up to extreme distances. Not
+  /// numbers where that is not so.
+  [[nodiscard]] ScreenSides sides() const;
+
+  /// By so many pixels points must lie within the sides to be inside for that reason alone; infinity where
+  /// this is no reason.
+  [[nodiscard]] double depth() const;
 
   /// Where all points of a box are, its sides included: Outside also says that no segment and no triangle
   /// within the box touches the region, with the exceptions told at classify(); Inside that

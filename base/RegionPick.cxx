@@ -11,6 +11,7 @@
 #include "PickBounds.h"
 #include "RegionFilter.h"
 #include "ScreenProjection.h"
+#include "ScreenRectangle.h"
 #include "WindowDepth.h"
 
 #include <vtkCellType.h>
@@ -63,22 +64,19 @@ bool line_touches(const RegionFilter& filter, const std::vector<DisplayPoint>& p
   return false;
 }
 
-bool fan_touches(const RegionFilter& filter, const std::vector<DisplayPoint>& points)
+/// Of a cell without a point inside. has_collapsed: a triangle without extent counts as touching whatever its
+/// place is.
+bool fan_touches(const RegionFilter& filter, const std::vector<DisplayPoint>& points, bool has_collapsed)
 {
   for (std::size_t i = 1; i + 1 < points.size(); ++i) {
-    if (filter.touches_triangle(points[0].at, points[i].at, points[i + 1].at)) {
+    const double* a = points[0].at;
+    const double* b = points[i].at;
+    const double* c = points[i + 1].at;
+    if ((has_collapsed || filter.may_touch_triangle(a, b, c)) && filter.touches_triangle_between(a, b, c)) {
       return true;
     }
   }
   return false;
-}
-
-bool shape_touches(const RegionFilter& filter, int type, const std::vector<DisplayPoint>& points)
-{
-  if (type == VTK_LINE || type == VTK_POLY_LINE) {
-    return line_touches(filter, points);
-  }
-  return is_fan(type) && fan_touches(filter, points);
 }
 
 /// Answers the question for one data set.
@@ -110,6 +108,7 @@ public:
   Hits run(const CellBlocks* blocks)
   {
     mMayHaveCollapsed = blocks == nullptr || blocks->has_collapsed_cells();
+    mAreTriangles = blocks != nullptr && blocks->are_known_triangles();
     this->plan(blocks);
     vtkIdType most = 0;
     vtkIdType to_open = 0;
@@ -138,7 +137,8 @@ private:
       mRuns.push_back({0, mMesh.cells(), Verdict::Open});
       return;
     }
-    blocks->walk([this](const BlockBox& box) { return this->judge(box); },
+    const ScreenRectangle rectangle(mProjection, mFilter.sides(), mFilter.depth(), blocks->whole());
+    blocks->walk([&](const BlockBox& box) { return this->judge(box, rectangle); },
                  [this](vtkIdType first, vtkIdType last, Verdict verdict) {
                    if (!mRuns.empty() && mRuns.back().verdict == verdict) {
                      mRuns.back().last = last;
@@ -149,17 +149,26 @@ private:
                  });
   }
 
-  [[nodiscard]] Verdict judge(const BlockBox& box) const
+  [[nodiscard]] Verdict judge(const BlockBox& box, const ScreenRectangle& rectangle) const
   {
+    const Verdict inside = mQuestion.depth == nullptr ? Verdict::Take : Verdict::Open;
+    switch (rectangle.place_of(box)) {
+    case ScreenRectangle::Place::Outside:
+      return Verdict::Skip;
+    case ScreenRectangle::Place::Inside:
+      return inside;
+    default:
+      break;
+    }
     ScreenBox screen;
-    if (!mFilter.is_known() || !mProjection.project(box, screen)) {
+    if (!mFilter.is_known() || mFilter.is_box() || !mProjection.project(box, screen)) {
       return Verdict::Open;
     }
     switch (mFilter.place_of_box(screen.lower[0], screen.lower[1], screen.upper[0], screen.upper[1])) {
     case PolygonGrid::Place::Outside:
       return Verdict::Skip;
     case PolygonGrid::Place::Inside:
-      return mQuestion.depth == nullptr ? Verdict::Take : Verdict::Open;
+      return inside;
     default:
       return Verdict::Open;
     }
@@ -184,18 +193,37 @@ private:
 
   void look_at_all_points()
   {
-    mMesh.with_points([this](const auto* xyz) {
-      for (vtkIdType i = 0; i < mMesh.points(); ++i) {
-        mFlags[static_cast<std::size_t>(i)] = static_cast<unsigned char>(this->look_at(xyz + 3 * i));
+    constexpr int piece = 64;
+    double x[piece];
+    double y[piece];
+    double depth[piece];
+    mMesh.with_points([&](const auto* xyz) {
+      for (vtkIdType first = 0; first < mMesh.points(); first += piece) {
+        const auto count = static_cast<int>(std::min(vtkIdType{piece}, mMesh.points() - first));
+        mProjection.project(xyz + 3 * first, count, x, y, depth);
+        for (int i = 0; i < count; ++i) {
+          const double at[3] = {x[i], y[i], depth[i]};
+          mFlags[static_cast<std::size_t>(first + i)] = static_cast<unsigned char>(this->look_at(at));
+        }
       }
     });
+    mKnowsAllPoints = true;
   }
 
   template<typename Number>
-  [[nodiscard]] unsigned look_at(const Number* point) const
+  [[nodiscard]] unsigned look_at_point(const Number* point) const
   {
     double at[3];
-    mProjection.project(point, at);
+    if (mQuestion.depth != nullptr) {
+      mProjection.project(point, at);
+    } else {
+      mProjection.project_flat(point, at);
+    }
+    return this->look_at(at);
+  }
+
+  [[nodiscard]] unsigned look_at(const double (&at)[3]) const
+  {
     unsigned flags = Known | mFilter.classify(at);
     if (mQuestion.depth != nullptr) {
       const bool has_depth = mQuestion.takes_touching_cells || (at[2] >= 0.0 && at[2] < 1.0);
@@ -221,13 +249,14 @@ private:
 
   void take(const Run& run)
   {
-    constexpr vtkIdType piece = 256; // stays in the processor's cache
-    for (vtkIdType first = run.first; first < run.last; first += piece) {
+    static const Hits piece(256,
+                            {0, {NoPoint, NoPoint, NoPoint}, true, true}); // stays in the processor's cache
+    for (vtkIdType first = run.first; first < run.last;) {
       const std::size_t before = mHits.size();
-      mHits.resize(before + static_cast<std::size_t>(std::min(piece, run.last - first)));
-      auto id = static_cast<std::int32_t>(first);
-      for (std::size_t i = before; i < mHits.size(); ++i) {
-        mHits[i] = {id++, {NoPoint, NoPoint, NoPoint}, true, true};
+      const auto end = std::min(static_cast<vtkIdType>(piece.size()), run.last - first);
+      mHits.insert(mHits.end(), piece.begin(), piece.begin() + end);
+      for (auto hit = mHits.begin() + static_cast<std::ptrdiff_t>(before); hit != mHits.end(); ++hit) {
+        hit->CellId = static_cast<std::int32_t>(first++);
       }
     }
     mAccepted += run.last - run.first;
@@ -236,6 +265,10 @@ private:
   void look_into(const Run& run)
   {
     mMesh.with_points([this, &run](const auto* xyz) {
+      if (mAreTriangles) {
+        this->look_into_triangles(run, xyz);
+        return;
+      }
       mMesh.visit(run.first, run.last, [this, xyz](vtkIdType id, int type, vtkIdType count, const auto* ids) {
         if (count >= 0) {
           this->look_at_cell(static_cast<std::int32_t>(id), type, count, ids, xyz);
@@ -246,14 +279,57 @@ private:
   }
 
   template<typename Number>
+  void look_into_triangles(const Run& run, const Number* xyz)
+  {
+    mMesh.with_known_triangles(run.first, run.last, [&](const auto* ids) {
+      if (mKnowsAllPoints) {
+        this->look_at_triangles(run, ids, xyz,
+                                [flags = mFlags.get()](auto id) -> unsigned { return flags[id]; });
+      } else {
+        this->look_at_triangles(run, ids, xyz, [this, xyz](auto id) { return this->flags_of(id, xyz); });
+      }
+    });
+  }
+
+  // What is recorded is written always, and kept or written over without a branch.
+  template<typename Number, typename Id, typename FlagsOf>
+  void look_at_triangles(const Run& run, const Id* ids, const Number* xyz, FlagsOf&& flags_of)
+  {
+    constexpr vtkIdType piece = 256; // stays in the processor's cache
+    const bool takes_touching = mQuestion.takes_touching_cells;
+    for (vtkIdType first = run.first; first < run.last; first += piece) {
+      const vtkIdType last = std::min(first + piece, run.last);
+      const std::size_t before = mHits.size();
+      mHits.resize(before + static_cast<std::size_t>(last - first));
+      auto* hit = mHits.data() + before;
+      vtkIdType accepted = 0;
+      for (vtkIdType id = first; id < last; ++id, ids += 3) {
+        const unsigned a = flags_of(ids[0]);
+        const unsigned b = flags_of(ids[1]);
+        const unsigned c = flags_of(ids[2]);
+        const bool is_inside = ((a | b | c) & RegionFilter::Inside) != 0;
+        bool is_accepted = takes_touching ? is_inside : (a & b & c & RegionFilter::Inside) != 0;
+        if (takes_touching && !is_inside && (mMayHaveCollapsed || (a & b & c & RegionFilter::Sides) == 0)) {
+          is_accepted = this->shape_touches(VTK_TRIANGLE, 3, ids, xyz, a & b & c);
+        }
+        *hit = {static_cast<std::int32_t>(id), {NoPoint, NoPoint, NoPoint}, true, (a & b & c & Visible) != 0};
+        hit += static_cast<int>(is_accepted | (mHasPointers & is_inside));
+        accepted += static_cast<int>(is_accepted);
+      }
+      mHits.resize(static_cast<std::size_t>(hit - mHits.data()));
+      mAccepted += accepted;
+    }
+  }
+
+  template<typename Number>
   [[nodiscard]] unsigned flags_of(vtkIdType id, const Number* xyz)
   {
     if (mFlags == nullptr) {
-      return this->look_at(xyz + 3 * id);
+      return this->look_at_point(xyz + 3 * id);
     }
     unsigned char& known = mFlags[static_cast<std::size_t>(id)];
     if (known == 0) {
-      known = static_cast<unsigned char>(this->look_at(xyz + 3 * id));
+      known = static_cast<unsigned char>(this->look_at_point(xyz + 3 * id));
     }
     return known;
   }
@@ -271,10 +347,7 @@ private:
     const bool is_inside = (of_any & RegionFilter::Inside) != 0;
     bool is_accepted = (of_all & RegionFilter::Inside) != 0;
     if (mQuestion.takes_touching_cells) {
-      // A fan with a triangle of no extent counts as touching whatever its place is.
-      const bool may_touch = (of_all & RegionFilter::Sides) == 0 ||
-                             (mMayHaveCollapsed && is_fan(type) && has_collapsed_triangle(count, ids, xyz));
-      is_accepted = is_inside || (may_touch && count > 0 && this->shape_touches(type, count, ids, xyz));
+      is_accepted = is_inside || this->shape_touches(type, count, ids, xyz, of_all);
     }
     mAccepted += is_accepted ? 1 : 0;
     if (is_accepted || (mHasPointers && is_inside)) {
@@ -282,14 +355,23 @@ private:
     }
   }
 
+  /// Of a cell without a point inside.
   template<typename Number, typename Id>
-  [[nodiscard]] bool shape_touches(int type, vtkIdType count, const Id* ids, const Number* xyz)
+  [[nodiscard]] bool shape_touches(int type, vtkIdType count, const Id* ids, const Number* xyz,
+                                   unsigned of_all)
   {
+    const bool is_of_lines = type == VTK_LINE || type == VTK_POLY_LINE;
+    const bool has_collapsed = mMayHaveCollapsed && is_fan(type) && has_collapsed_triangle(count, ids, xyz);
+    const bool is_beside = (of_all & RegionFilter::Sides) != 0 && !has_collapsed;
+    if (is_beside || count <= 0 || !(is_of_lines || is_fan(type))) {
+      return false;
+    }
     mCorners.resize(static_cast<std::size_t>(count));
     for (vtkIdType i = 0; i < count; ++i) {
-      mProjection.project(xyz + 3 * static_cast<vtkIdType>(ids[i]), mCorners[static_cast<std::size_t>(i)].at);
+      mProjection.project_flat(xyz + 3 * static_cast<vtkIdType>(ids[i]),
+                               mCorners[static_cast<std::size_t>(i)].at);
     }
-    return morrow::shape_touches(mFilter, type, mCorners);
+    return is_of_lines ? line_touches(mFilter, mCorners) : fan_touches(mFilter, mCorners, has_collapsed);
   }
 
   const RegionQuestion& mQuestion;
@@ -298,6 +380,8 @@ private:
   ScreenProjection mProjection;
   bool mHasPointers;
   bool mMayHaveCollapsed = true;
+  bool mAreTriangles = false; // known to be
+  bool mKnowsAllPoints = false;
   std::unique_ptr<unsigned char[]> mFlags; // of the points, 0 while not known; null: not kept
   std::vector<Run> mRuns;
   std::vector<DisplayPoint> mCorners; // scratch

@@ -20,12 +20,28 @@ ScreenProjection::ScreenProjection(const vtkMatrix4x4& to_view, const ScreenFram
   }
 }
 
-bool ScreenProjection::project(const BlockBox& box, ScreenBox& screen) const noexcept
+// One loop for each step, so that the compiler can take several points at once.
+void ScreenProjection::project_in_place(int count, double* x, double* y, double* z) const noexcept
 {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
-  constexpr double farthest = 1.0e6;   // pixels
-  constexpr double rounding = 1.0e-14; // of the largest number that takes part
-  double sizes[4];                     // of the terms that a coordinate is the sum of
+  double m[4][4]; // what is written cannot lie over it
+  std::copy_n(&mMatrix[0][0], 16, &m[0][0]);
+  const double left = mOrigin[0];
+  const double bottom = mOrigin[1];
+  const double width = mSpan[0];
+  const double height = mSpan[1];
+  for (int i = 0; i < count; ++i) {
+    const double u = x[i] * m[0][0] + y[i] * m[0][1] + z[i] * m[0][2] + m[0][3];
+    const double v = x[i] * m[1][0] + y[i] * m[1][1] + z[i] * m[1][2] + m[1][3];
+    const double depth = x[i] * m[2][0] + y[i] * m[2][1] + z[i] * m[2][2] + m[2][3];
+    const double w = x[i] * m[3][0] + y[i] * m[3][1] + z[i] * m[3][2] + m[3][3];
+    x[i] = left + width * (u / w + 1.0) * 0.5;
+    y[i] = bottom + height * (v / w + 1.0) * 0.5;
+    z[i] = depth / w;
+  }
+}
+
+void ScreenProjection::sizes_in(const BlockBox& box, double (&sizes)[4]) const noexcept
+{
   for (int i = 0; i < 4; ++i) {
     sizes[i] = std::abs(mMatrix[i][3]);
     for (int axis = 0; axis < 3; ++axis) {
@@ -33,19 +49,38 @@ bool ScreenProjection::project(const BlockBox& box, ScreenBox& screen) const noe
                   static_cast<double>(std::max(std::abs(box.lower[axis]), std::abs(box.upper[axis])));
     }
   }
+}
+
+bool ScreenProjection::project(const BlockBox& box, ScreenBox& screen) const noexcept
+{
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr double farthest = 1.0e6;   // pixels
+  constexpr double rounding = 1.0e-14; // of the largest number that takes part
+  double sizes[4];
+  this->sizes_in(box, sizes);
+  // x, y and w of a corner: one term for each axis, at its lower and at its upper end.
+  double terms[3][3][2];
+  constexpr int rows[3] = {0, 1, 3};
+  for (int i = 0; i < 3; ++i) {
+    for (int axis = 0; axis < 3; ++axis) {
+      terms[i][axis][0] = mMatrix[rows[i]][axis] * static_cast<double>(box.lower[axis]);
+      terms[i][axis][1] = mMatrix[rows[i]][axis] * static_cast<double>(box.upper[axis]);
+    }
+  }
   screen = {{infinity, infinity}, {-infinity, -infinity}};
   double nearest = infinity;
   for (unsigned corner = 0; corner < 8; ++corner) {
-    const double point[3] = {static_cast<double>((corner & 1U) != 0 ? box.upper[0] : box.lower[0]),
-                             static_cast<double>((corner & 2U) != 0 ? box.upper[1] : box.lower[1]),
-                             static_cast<double>((corner & 4U) != 0 ? box.upper[2] : box.lower[2])};
-    double at[3];
-    this->project(point, at);
-    nearest = std::min(nearest, point[0] * mMatrix[3][0] + point[1] * mMatrix[3][1] +
-                                    point[2] * mMatrix[3][2] + mMatrix[3][3]);
+    double view[3];
+    for (int i = 0; i < 3; ++i) {
+      view[i] = terms[i][0][corner & 1U] + terms[i][1][(corner >> 1U) & 1U] + terms[i][2][corner >> 2U] +
+                mMatrix[rows[i]][3];
+    }
+    nearest = std::min(nearest, view[2]);
+    const double inverse = 0.5 / view[2];
     for (int axis = 0; axis < 2; ++axis) {
-      screen.lower[axis] = std::min(screen.lower[axis], at[axis]);
-      screen.upper[axis] = std::max(screen.upper[axis], at[axis]);
+      const double at = mOrigin[axis] + mSpan[axis] * (view[axis] * inverse + 0.5);
+      screen.lower[axis] = std::min(screen.lower[axis], at);
+      screen.upper[axis] = std::max(screen.upper[axis], at);
     }
   }
   const double reach = std::max({-screen.lower[0], -screen.lower[1], screen.upper[0], screen.upper[1]});

@@ -8,6 +8,7 @@
 #include "BenchReport.h"
 #include "BenchSupport.h"
 #include "LiteralMultiCellPicker.h"
+#include "LiteralPickBounds.h"
 #include "MultiCellPicker.h"
 #include "PickBounds.h"
 
@@ -155,6 +156,15 @@ std::unique_ptr<PickBounds> lasso()
   auto region = std::make_unique<PickPolygon>();
   region->set_polygon(64, points);
   return region;
+}
+
+/// The same lasso without its grid, which asks all triangles and edges in turn; null for other regions.
+std::unique_ptr<PickBounds> literal_lasso(const PickBounds& region)
+{
+  const auto* lasso = dynamic_cast<const PickPolygon*>(&region);
+  return lasso != nullptr
+             ? std::make_unique<morrow_test::LiteralPolygon>(lasso->points, lasso->triangles, lasso->edges)
+             : nullptr;
 }
 
 std::unique_ptr<PickBounds> circle()
@@ -316,7 +326,9 @@ void race_regions(benchmark::State& state, const morrow_bench::Case& row, PickBo
     };
   }
   race.ours = [&] { picker->PickByBounds(&region, stage.renderer); };
-  race.literal = [&] { literal->pick_by_bounds(&region, stage.renderer); };
+  const std::unique_ptr<PickBounds> asked_in_turn = literal_lasso(region);
+  PickBounds* for_literal = asked_in_turn != nullptr ? asked_in_turn.get() : &region;
+  race.literal = [&, for_literal] { literal->pick_by_bounds(for_literal, stage.renderer); };
   vtkNew<vtkHardwareSelector> selector;
   vtkNew<vtkExtractSelectedFrustum> frustum;
   const auto* as_box = dynamic_cast<const PickBox*>(&region);

@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <vtkCellType.h>
+#include <vtkIdList.h>
+#include <vtkObjectFactory.h>
+#include <vtkStructuredGrid.h>
+
 #include <limits>
 #include <memory>
 #include <sstream>
@@ -28,6 +33,27 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 class MultiCellPickerTest : public morrow_test::MultiCellPickerTest
 {};
+
+/// Four points that pretend to be the corners of more cells than there are 32-bit numbers.
+class VastGrid : public vtkStructuredGrid
+{
+public:
+  static VastGrid* New();
+  vtkTypeMacro(VastGrid, vtkStructuredGrid)
+  vtkIdType GetNumberOfCells() override { return cells; }
+  int GetCellType(vtkIdType /*id*/) override { return VTK_QUAD; }
+  using vtkStructuredGrid::GetCellPoints;
+  void GetCellPoints(vtkIdType /*id*/, vtkIdList* ids) override
+  {
+    ids->SetNumberOfIds(4);
+    for (vtkIdType i = 0; i < 4; ++i) {
+      ids->SetId(i, i);
+    }
+  }
+
+  vtkIdType cells = 0;
+};
+vtkStandardNewMacro(VastGrid)
 
 // ---------------------------------------------------------------------------------------------------------
 // The class
@@ -243,6 +269,35 @@ TEST_F(MultiCellPickerTest, APointNearALineWithoutLengthIsNone)
 
 // ---------------------------------------------------------------------------------------------------------
 // Regions
+
+TEST_F(MultiCellPickerTest, SaysOnceInAPickThatCellsHaveNumbersOf32Bits)
+{
+  const WarningDisplayOn on;
+  constexpr const char* text = "Only the first 2147483648 cells of a data set can be picked.";
+  vtkNew<VastGrid> grids[2];
+  vtkNew<vtkDataSetMapper> mappers[2];
+  for (int i = 0; i < 2; ++i) {
+    vtkNew<vtkPoints> points;
+    points->InsertNextPoint(-0.8, -0.8, 0.0);
+    points->InsertNextPoint(0.8, -0.8, 0.0);
+    points->InsertNextPoint(0.8, 0.8, 0.0);
+    points->InsertNextPoint(-0.8, 0.8, 0.0);
+    grids[i]->SetPoints(points);
+    mappers[i]->SetInputDataObject(grids[i]);
+    vtkNew<vtkActor> actor;
+    actor->SetMapper(mappers[i]);
+    mRenderer->AddActor(actor);
+    grids[i]->cells = vtkIdType{1} << 31;
+  }
+  EXPECT_EQ(0, this->pick_box(0, 0, 50, 100)); // all can be named: no warning
+  grids[0]->cells += 1;
+  grids[1]->cells += 1;
+  for (int pick = 0; pick < 2; ++pick) {
+    const ExpectedVtkErrors expected({text});
+    EXPECT_EQ(0, this->pick_box(0, 0, 50, 100));
+    EXPECT_EQ(1, expected.count()) << pick;
+  }
+}
 
 TEST_F(MultiCellPickerTest, HalfASurfaceOfOneEntityIsNothingButPartOfOneWithPointers)
 {
