@@ -69,10 +69,12 @@ void compare(int runs, Ours&& ours, Literal&& theirs)
     for (int run = 0; run < runs; ++run) {
       double points[Points][3];
       inputs.fill(static_cast<PickInputs::Kind>(kind), points[0], 3 * Points);
-      if (run % 3 == 0) { // a point on the line through two others
-        const double at = 0.25 * static_cast<double>(inputs.below(7)) - 0.25;
-        for (int i = 0; i < 3; ++i) {
-          points[0][i] = points[1][i] + at * (points[2][i] - points[1][i]);
+      if constexpr (Points > 2) {
+        if (run % 3 == 0) { // a point on the line through two others
+          const double at = 0.25 * static_cast<double>(inputs.below(7)) - 0.25;
+          for (int i = 0; i < 3; ++i) {
+            points[0][i] = points[1][i] + at * (points[2][i] - points[1][i]);
+          }
         }
       }
       const double tolerances[] = {0.0, 1e-9, 0.5, 1.0, 10.0, -1.0, kInf, kNan};
