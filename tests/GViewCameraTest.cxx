@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
 
-// The placement, rotation and pan of a view's camera, frame by frame.
+// The placement, rotation and pan of a view's camera, frame by frame; its view angle and first framing.
 #include "GView.h"
 
 #include "CameraFixture.h"
@@ -532,5 +532,117 @@ TEST_F(PanTest, LeavesAutoCentreAsItIs)
   stage.view->rotate_about_target(5.0, 'y', 1, 0);
   EXPECT_FALSE(is_auto_center_off(*stage.view));
 }
+
+// --- View angle
+// ---------------------------------------------------------------------------------------------------
+
+using ViewAngleTest = ViewRenderTest;
+
+bool is_horizontal(vtkRenderer* renderer)
+{
+  return renderer->GetActiveCamera()->GetUseHorizontalViewAngle() != 0;
+}
+
+TEST_F(ViewAngleTest, IsHorizontalExactlyInWindowsThatAreHigherThanWide)
+{
+  const auto view = make_view();
+  const std::tuple<int, int, bool> cases[] = {{50, 51, true}, {50, 50, false}, {51, 50, false},
+                                              {20, 90, true}, {90, 20, false}, {30, 30, false}};
+  for (const auto& [width, height, horizontal] : cases) {
+    view->get_render_window()->SetSize(width, height);
+    view->render();
+    EXPECT_EQ(is_horizontal(view->get_renderer()), horizontal) << width << " x " << height;
+    EXPECT_EQ(is_horizontal(view->get_overlay_renderer()), horizontal) << width << " x " << height;
+  }
+}
+
+TEST_F(ViewAngleTest, IsChosenInFramesOfTheWindowAndInAbortedOnes)
+{
+  const auto view = make_view(40, 60);
+  view->get_render_window()->Render();
+  EXPECT_TRUE(is_horizontal(view->get_renderer()));
+  view->get_render_window()->SetSize(60, 40);
+  MRUtil::set_graphics_status(MRUtil::GRAPHICS_SUSPENDED);
+  view->get_render_window()->Render();
+  EXPECT_FALSE(is_horizontal(view->get_renderer()));
+  EXPECT_FALSE(is_horizontal(view->get_overlay_renderer()));
+}
+
+TEST_F(ViewAngleTest, AppliesToCamerasThatTheHostPutsIn)
+{
+  const auto view = make_view(40, 60);
+  const vtkNew<vtkCamera> main;
+  const vtkNew<vtkCamera> overlay;
+  view->get_renderer()->SetActiveCamera(main);
+  view->get_overlay_renderer()->SetActiveCamera(overlay);
+  view->render();
+  EXPECT_NE(main->GetUseHorizontalViewAngle(), 0);
+  EXPECT_NE(overlay->GetUseHorizontalViewAngle(), 0);
+}
+
+// The angle spans the shorter side, so a scene that fills a square window fits into the others, at the scale
+// of the shorter side.
+TEST_F(ViewAngleTest, SpansTheShorterSide)
+{
+  const auto view = make_view(60, 60);
+  vtkCamera* camera = view->get_renderer()->GetActiveCamera();
+  camera->ParallelProjectionOff();
+  camera->SetViewAngle(30.0);
+  show(*view, flat_square());
+  const PixelRegion in_square = find_pixels(picture(*view), colour_is(kRed));
+  for (const auto& [width, height] : {std::make_pair(60, 140), std::make_pair(140, 60)}) {
+    view->get_render_window()->SetSize(width, height);
+    const PixelRegion region = find_pixels(picture(*view), colour_is(kRed));
+    EXPECT_NEAR(region.width(), in_square.width(), 1) << width << " x " << height;
+    EXPECT_NEAR(region.height(), in_square.height(), 1) << width << " x " << height;
+    EXPECT_NEAR(region.centre_x, width / 2.0, 1.0);
+    EXPECT_NEAR(region.centre_y, height / 2.0, 1.0);
+  }
+}
+
+TEST_F(ViewAngleTest, TheCallbackMindsRenderWindowsOnly)
+{
+  ViewStage stage;
+  stage.window()->SetSize(40, 60);
+  GView* view = stage.view.get();
+  GView::StartRender(view->get_renderer(), vtkCommand::StartEvent, view, nullptr);
+  GView::StartRender(nullptr, vtkCommand::StartEvent, view, nullptr);
+  EXPECT_EQ(stage.model.updates, 0);
+  EXPECT_FALSE(is_horizontal(view->get_renderer()));
+  GView::StartRender(stage.window(), vtkCommand::StartEvent, nullptr, nullptr);
+  EXPECT_EQ(stage.model.updates, 0);
+  GView::StartRender(stage.window(), vtkCommand::StartEvent, view, nullptr);
+  EXPECT_EQ(stage.model.updates, 1);
+  EXPECT_TRUE(is_horizontal(view->get_renderer()));
+}
+
+// --- Framing
+// ------------------------------------------------------------------------------------------------------
+
+class FramingTest : public ViewRenderTest, public ::testing::WithParamInterface<std::tuple<int, int, bool>>
+{};
+
+// VTK has no aspect ratio to go by before the first frame.
+TEST_P(FramingTest, AResetBeforeTheFirstFrameShowsEverythingCentred)
+{
+  const auto [width, height, parallel] = GetParam();
+  const auto view = make_view(width, height);
+  view->get_renderer()->GetActiveCamera()->SetParallelProjection(parallel);
+  show(*view, flat_actor(sphere(3.0, 32), kRed));
+  view->get_renderer()->ResetCamera();
+  const Image image = picture(*view);
+  const PixelRegion region = find_pixels(image, colour_is(kRed));
+  ASSERT_GT(region.count, 0);
+  EXPECT_NEAR(region.centre_x, width / 2.0, 1.5);
+  EXPECT_NEAR(region.centre_y, height / 2.0, 1.5);
+  EXPECT_NEAR(region.width(), region.height(), 2); // round
+  const int shorter = std::min(width, height);
+  EXPECT_LE(region.width(), shorter);
+  EXPECT_GE(region.width(), shorter / 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, FramingTest,
+                         ::testing::Combine(::testing::Values(60, 120), ::testing::Values(60, 120),
+                                            ::testing::Bool()));
 
 } // namespace
