@@ -55,17 +55,33 @@ Names find_all(const std::string& text, const std::string& pattern)
   return found;
 }
 
-/// The same driver rounds a depth otherwise on another processor, and a model may draw its parts in another
-/// order. Where two things have the same depth, at common edges of parts or along an edge seen from its end,
-/// some pixels, a dash of a line or two, are of the one or the other: at most one pixel in a thousand.
-constexpr int kUndecidedPixels = 640 * 480 / 1000;
+/// A model draws its parts in the order of their addresses, which changes from run to run. Where two parts
+/// have the same depth, at their common edges, a few pixels are of the one or the other.
+constexpr int kUndecidedPixels = 4;
+
+/// The same driver on another processor rounds otherwise: along a line that runs exactly through one of the
+/// four samples of its pixels, that sample falls to the other side. A pixel changes by a quarter, and no more
+/// than one in a thousand does.
+constexpr int kOneSample = 256 / 4 + 8;
+constexpr int kUndecidedSamples = 640 * 480 / 1000;
+
+int count_pixels_over(int limit, const Image& a, const Image& b)
+{
+  int count = 0;
+  for (std::size_t i = 0; i < a.pixels().size(); ++i) {
+    count += channel_difference(a.pixels()[i], b.pixels()[i]) > limit ? 1 : 0;
+  }
+  return count;
+}
 
 void expect_same(const Image& picture, const Image& expected, const std::string& name)
 {
   const ImageDifference difference = compare(picture, expected);
-  EXPECT_TRUE(difference.same_size && difference.pixels_over_8 <= kUndecidedPixels)
-      << name << " differs:\n"
-      << describe(Strictness::Exact, difference) << "\nscripts/gallery.sh draws the gallery anew.";
+  const std::string what = name + " differs:\n" + describe(Strictness::Exact, difference) +
+                           "\nscripts/gallery.sh draws the gallery anew.";
+  ASSERT_TRUE(difference.same_size) << what;
+  EXPECT_LE(difference.pixels_over_8, kUndecidedSamples) << what;
+  EXPECT_LE(count_pixels_over(kOneSample, picture, expected), kUndecidedPixels) << what;
 }
 
 class Gallery : public MeshviewTest
