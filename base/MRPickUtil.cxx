@@ -3,35 +3,24 @@
 #include "MRPickUtil.h"
 
 #include "PlanarTests.h"
+#include "PointDifference.h"
 
 #include <vtkMatrix4x4.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
 #include <limits>
 
 namespace {
 
-using Vector = std::array<double, 3>;
-
-Vector difference(const double* a, const double* b)
-{
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-
-double dot(const Vector& a, const Vector& b)
-{
-  return MRPickUtil::Dot(a.data(), b.data());
-}
+using morrow::way_between;
 
 /// origin + t × direction.
-void write_point_at(const double* origin, double t, const Vector& direction, double* point)
+void write_point_at(const double* origin, double t, const BrantVector& direction, double* point)
 {
-  for (std::size_t i = 0; i < 3; ++i) {
+  for (int i = 0; i < 3; ++i) {
     point[i] = origin[i] + t * direction[i];
   }
 }
@@ -57,32 +46,25 @@ struct Triangle
 };
 
 /// (pt3 - pt2) × (pt1 - pt2).
-Vector normal_of(const Triangle& triangle)
+BrantVector normal_of(const Triangle& triangle)
 {
-  const Vector a = difference(triangle.pt3, triangle.pt2);
-  const Vector b = difference(triangle.pt1, triangle.pt2);
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+  return way_between(triangle.pt2, triangle.pt3).cross(way_between(triangle.pt2, triangle.pt1));
 }
 
-Vector unit_normal_of(const Triangle& triangle)
+BrantVector unit_normal_of(const Triangle& triangle)
 {
-  Vector normal = normal_of(triangle);
-  const double length = std::sqrt(dot(normal, normal));
-  if (length != 0.0) {
-    for (double& component : normal) {
-      component /= length;
-    }
-  }
-  return normal;
+  const BrantVector normal = normal_of(triangle);
+  const double length = normal.length();
+  return length != 0.0 ? normal / length : normal;
 }
 
 /// Where the segment meets the triangle's plane; false when it does not.
 bool meets_plane(const Triangle& triangle, const double* p1, const double* p2, double& t, double* x)
 {
-  const Vector normal = unit_normal_of(triangle);
-  const Vector direction = difference(p2, p1);
+  const BrantVector normal = unit_normal_of(triangle);
+  const BrantVector direction = way_between(p1, p2);
   const double numerator = MRPickUtil::Dot(normal.data(), triangle.pt1) - MRPickUtil::Dot(normal.data(), p1);
-  const double denominator = dot(normal, direction);
+  const double denominator = normal.dot(direction);
   if (std::abs(denominator) <= 1e-6 * std::abs(numerator)) {
     t = std::numeric_limits<double>::max();
     return false;
@@ -92,25 +74,19 @@ bool meets_plane(const Triangle& triangle, const double* p1, const double* p2, d
   return !(t < 0.0 || t > 1.0);
 }
 
-Vector projected(const double* x, const double* origin, const Vector& normal)
+BrantVector projected(const double* x, const double* origin, const BrantVector& normal)
 {
-  const double length_squared = dot(normal, normal);
-  Vector point = {x[0], x[1], x[2]};
-  if (length_squared != 0.0) {
-    const double height = dot(difference(x, origin), normal);
-    for (std::size_t i = 0; i < 3; ++i) {
-      point[i] -= normal[i] * height / length_squared;
-    }
-  }
-  return point;
+  const double length_squared = normal.length_squared();
+  const BrantVector point(x[0], x[1], x[2]);
+  return length_squared != 0.0 ? point - normal * way_between(origin, x).dot(normal) / length_squared : point;
 }
 
 /// The axis along which the normal is longest, the lower one of equals; a NaN is never the longest.
-std::size_t axis_to_drop(const Vector& normal)
+int axis_to_drop(const BrantVector& normal)
 {
-  std::size_t drop = 0;
+  int drop = 0;
   double longest = 0.0;
-  for (std::size_t axis = 0; axis < 3; ++axis) {
+  for (int axis = 0; axis < 3; ++axis) {
     if (std::abs(normal[axis]) > longest) {
       longest = std::abs(normal[axis]);
       drop = axis;
@@ -125,15 +101,16 @@ double determinant(const double (&first)[2], const double (&second)[2])
 }
 
 /// The weights of the corners at a point of the triangle's plane; false when the triangle has no area.
-bool weights_at(const Triangle& triangle, const Vector& normal, const Vector& point, double* pcoords)
+bool weights_at(const Triangle& triangle, const BrantVector& normal, const BrantVector& point,
+                double* pcoords)
 {
-  const std::size_t drop = axis_to_drop(normal);
-  const std::size_t kept[2] = {drop == 0 ? 1u : 0u, drop == 2 ? 1u : 2u};
+  const int drop = axis_to_drop(normal);
+  const int kept[2] = {drop == 0 ? 1 : 0, drop == 2 ? 1 : 2};
   double column1[2];
   double column2[2];
   double right[2];
   for (int i = 0; i < 2; ++i) {
-    const std::size_t axis = kept[i];
+    const int axis = kept[i];
     column1[i] = triangle.pt1[axis] - triangle.pt3[axis];
     column2[i] = triangle.pt2[axis] - triangle.pt3[axis];
     right[i] = point[axis] - triangle.pt3[axis];
@@ -277,9 +254,9 @@ BrantBox whole_plane()
 
 double DistanceToLine(double* x, double* p1, double* p2, double& t, double* closest)
 {
-  const Vector d = difference(p2, p1);
-  const double num = dot(difference(x, p1), d);
-  const double denom = dot(d, d);
+  const BrantVector d = way_between(p1, p2);
+  const double num = way_between(p1, x).dot(d);
+  const double denom = d.length_squared();
   const double* end = p1;
   if (!morrow::is_degenerate_segment(denom, num)) {
     t = num / denom;
@@ -302,8 +279,7 @@ double Dot(const double* a, const double* b)
 
 double DistanceBetweenPoints(const double* a, const double* b)
 {
-  const Vector d = difference(a, b);
-  return dot(d, d);
+  return way_between(b, a).length_squared();
 }
 
 bool IntersectLineWithLine(double* p1, double* p2, double* q1, double* q2, double tol, double& u,
@@ -311,16 +287,16 @@ bool IntersectLineWithLine(double* p1, double* p2, double* q1, double* q2, doubl
 {
   v = 0.0;
   u = 0.0;
-  const Vector d1 = difference(p2, p1);
-  const Vector d2 = difference(q2, q1);
-  const Vector w = difference(q1, p1);
-  const double a = dot(d1, d1);
-  const double b = dot(d1, d2);
-  const double c = dot(d2, d2);
+  const BrantVector d1 = way_between(p1, p2);
+  const BrantVector d2 = way_between(q1, q2);
+  const BrantVector w = way_between(p1, q1);
+  const double a = d1.length_squared();
+  const double b = d1.dot(d2);
+  const double c = d2.length_squared();
   const double D = a * c - b * b;
   if (D != 0.0) {
-    u = (c * dot(w, d1) - b * dot(w, d2)) / D;
-    v = (b * dot(w, d1) - a * dot(w, d2)) / D;
+    u = (c * w.dot(d1) - b * w.dot(d2)) / D;
+    v = (b * w.dot(d1) - a * w.dot(d2)) / D;
   }
   if (!is_in_unit_range(u) || !is_in_unit_range(v)) {
     // The order of these tests decides; each writes the other parameter as well.
@@ -341,10 +317,10 @@ bool IntersectLineWithLine(double* p1, double* p2, double* q1, double* q2, doubl
     }
     return tol * tol >= dist2;
   }
-  Vector on_p;
-  write_point_at(p1, u, d1, on_p.data());
+  double on_p[3];
+  write_point_at(p1, u, d1, on_p);
   write_point_at(q1, v, d2, closest);
-  dist2 = DistanceBetweenPoints(closest, on_p.data());
+  dist2 = DistanceBetweenPoints(closest, on_p);
   return tol * tol >= dist2;
 }
 
@@ -356,8 +332,8 @@ int IntersectTriangleWithLine(double* pt1, double* pt2, double* pt3, double* p1,
     clear(pcoords);
     return 0;
   }
-  const Vector normal = normal_of(triangle);
-  const Vector nearest = projected(x, pt1, normal);
+  const BrantVector normal = normal_of(triangle);
+  const BrantVector nearest = projected(x, pt1, normal);
   if (!weights_at(triangle, normal, nearest, pcoords)) {
     clear(pcoords);
     return meets_edges(triangle, p1, p2, tol, t, x, pcoords, dist2);

@@ -116,8 +116,7 @@ MORROW_BASE_EXPORT vtkInformationIntegerKey* VERTEX_VISIBILITY();
 /// that it throws passes on to whoever has sent the message.
 ///
 /// @param text      the formatted message with its own line end; null when has_text is false. Valid during
-/// the
-///                  call only.
+///                  the call only.
 /// @param kind      0 information, 1 warning, 2 error
 /// @param has_text  false for the end-of-output signal
 using PrintFunction = void (*)(const char* text, int kind, bool has_text);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TriangleSieve.h"
 
+#include "PointDifference.h"
 #include "RayTube.h" // PickRay
 
 #include <vtkMath.h>
@@ -14,33 +15,10 @@ namespace morrow {
 
 namespace {
 
-struct Vector
+double squared_distance(const BrantVector& at, const BrantVector& edge, double squared_length)
 {
-  double x;
-  double y;
-  double z;
-};
-
-Vector between(const double* from, const double* to)
-{
-  return {to[0] - from[0], to[1] - from[1], to[2] - from[2]};
-}
-
-double dot(const Vector& a, const Vector& b)
-{
-  return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-Vector cross(const Vector& a, const Vector& b)
-{
-  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-double squared_distance(const Vector& at, const Vector& edge, double squared_length)
-{
-  const double along = std::clamp(dot(at, edge) / squared_length, 0.0, 1.0);
-  const Vector rest = {at.x - along * edge.x, at.y - along * edge.y, at.z - along * edge.z};
-  return dot(rest, rest);
+  const double along = std::clamp(at.dot(edge) / squared_length, 0.0, 1.0);
+  return (at - along * edge).length_squared();
 }
 
 double square(double value)
@@ -74,29 +52,29 @@ TriangleSieve::TriangleSieve(const PickRay& ray, const double* bounds)
 TriangleSieve::Distance TriangleSieve::distance_to(const double* a, const double* b,
                                                    const double* c) const noexcept
 {
-  const Vector ab = between(a, b);
-  const Vector ac = between(a, c);
-  const Vector bc = between(b, c);
-  const double of_ab = dot(ab, ab);
-  const double of_ac = dot(ac, ac);
-  const double of_bc = dot(bc, bc);
-  const Vector normal = cross(ab, ac);
-  const Vector direction = {mDirection[0], mDirection[1], mDirection[2]};
-  const double slope = dot(normal, direction);
+  const BrantVector ab = way_between(a, b);
+  const BrantVector ac = way_between(a, c);
+  const BrantVector bc = way_between(b, c);
+  const double of_ab = ab.length_squared();
+  const double of_ac = ac.length_squared();
+  const double of_bc = bc.length_squared();
+  const BrantVector normal = ab.cross(ac);
+  const BrantVector direction(mDirection[0], mDirection[1], mDirection[2]);
+  const double slope = normal.dot(direction);
   const double longest = std::max({of_ab, of_ac, of_bc});
   // Rounding turns the plane of a thin triangle, and moves the point on a plane along the ray: by less than
   // the slack if so.
   constexpr double steadiness = 2.0e-12;
-  if (!(square(slope * slope) > steadiness * (mSquaredTolerance + longest) * longest * dot(normal, normal))) {
+  if (!(square(slope * slope) >
+        steadiness * (mSquaredTolerance + longest) * longest * normal.length_squared())) {
     return Distance::Unclear;
   }
-  const Vector to_start = between(a, mStart);
-  const double along = -dot(normal, to_start) / slope;
-  const Vector at = {to_start.x + along * direction.x, to_start.y + along * direction.y,
-                     to_start.z + along * direction.z}; // from a
-  const Vector from_b = {at.x - ab.x, at.y - ab.y, at.z - ab.z};
-  const bool is_inside = dot(cross(ab, at), normal) >= 0.0 && dot(cross(at, ac), normal) >= 0.0 &&
-                         dot(cross(bc, from_b), normal) >= 0.0;
+  const BrantVector to_start = way_between(a, mStart);
+  const double along = -normal.dot(to_start) / slope;
+  const BrantVector at = to_start + along * direction; // from a
+  const BrantVector from_b = at - ab;
+  const bool is_inside = ab.cross(at).dot(normal) >= 0.0 && at.cross(ac).dot(normal) >= 0.0 &&
+                         bc.cross(from_b).dot(normal) >= 0.0;
   const double distance = is_inside
                               ? 0.0
                               : std::min({squared_distance(at, ab, of_ab), squared_distance(at, ac, of_ac),

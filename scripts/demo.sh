@@ -21,7 +21,7 @@ needs_no_window() {
   local argument
   for argument in "$@"; do
     case $argument in
-    --image | --image=* | --save | --save=* | --help | -h | --version) return 0 ;;
+    --image | --image=* | --save | --save=* | --report | --report=* | --help | -h | --version) return 0 ;;
     esac
   done
   return 1

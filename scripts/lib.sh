@@ -112,3 +112,39 @@ run_tests() {
   awk -v status="$status" -f "$ROOT/scripts/count_tests.awk" "$TEST_RESULTS"
 }
 
+# --- Checks ----------------------------------------------------------------
+
+CHECKS_PASSED=0
+CHECKS_FAILED=0
+
+# check TEXT STATUS COMMAND...: passes when the command ends with this status;
+# one line, below the command's output when it fails.
+check() {
+  local text=$1 expected=$2 log status
+  shift 2
+  need_temp
+  log=$LIB_TEMP/check.log
+  SECONDS=0
+  # A subshell of its own, so that `set -e` works in the command.
+  set +e
+  (
+    set -e
+    "$@"
+  ) >"$log" 2>&1 </dev/null
+  status=$?
+  set -e
+  if ((status == expected)); then
+    CHECKS_PASSED=$((CHECKS_PASSED + 1))
+    echo "-- $text: passed (${SECONDS} s)"
+  else
+    CHECKS_FAILED=$((CHECKS_FAILED + 1))
+    cat "$log"
+    echo "-- $text: failed with status $status (${SECONDS} s)"
+  fi
+}
+
+# The line "N passed, N failed"; the status is 0 when none failed.
+sum_of_checks() {
+  echo "$CHECKS_PASSED passed, $CHECKS_FAILED failed"
+  ((CHECKS_FAILED == 0))
+}

@@ -21,37 +21,17 @@ fi
 stage "configure build/dev" configure dev
 stage "build the programs" build dev --target memcheck_programs
 need_display
-need_temp
 
 # Softpipe, because valgrind cannot follow the code that the faster driver makes.
 under_valgrind() {
   GALLIUM_DRIVER=softpipe MESA_SHADER_CACHE_DISABLE=true timeout 600 \
     valgrind --quiet --suppressions="$ROOT/tests/valgrind/memcheck.supp" --error-exitcode=$found \
-    --leak-check=full --errors-for-leak-kinds=definite --show-leak-kinds=definite "$@" </dev/null
+    --leak-check=full --errors-for-leak-kinds=definite --show-leak-kinds=definite "$@"
 }
 
-passed=0
-failed=0
-# check TEXT EXPECTED_STATUS COMMAND...
-check() {
-  local text=$1 expected=$2 log=$LIB_TEMP/memcheck.log status=0
-  shift 2
-  SECONDS=0
-  under_valgrind "$@" >"$log" 2>&1 || status=$?
-  if ((status == expected)); then
-    passed=$((passed + 1))
-    echo "-- $text: passed (${SECONDS} s)"
-  else
-    failed=$((failed + 1))
-    cat "$log"
-    echo "-- $text: failed with status $status (${SECONDS} s)"
-  fi
-}
-
-check "a planted leak is found" $found "$folder/PlantedErrors" leak
-check "a planted use of no value is found" $found "$folder/PlantedErrors" value
+check "a planted leak is found" $found under_valgrind "$folder/PlantedErrors" leak
+check "a planted use of no value is found" $found under_valgrind "$folder/PlantedErrors" value
 for program in "${programs[@]}"; do
-  check "$program" 0 "$folder/$program"
+  check "$program" 0 under_valgrind "$folder/$program"
 done
-echo "$passed passed, $failed failed"
-((failed == 0))
+sum_of_checks

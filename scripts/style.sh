@@ -10,7 +10,6 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 "$ROOT/scripts/bootstrap.sh" --ci
 stage "configure build/dev" configure dev
-need_temp
 cd "$ROOT"
 
 # files PATTERN...: the project's own files, those not yet committed included.
@@ -55,33 +54,9 @@ licensed() {
   return "$status"
 }
 
-passed=0
-failed=0
-check() {
-  local text=$1 log=$LIB_TEMP/check.log
-  shift
-  # A subshell of its own, so that `set -e` works in the check.
-  set +e
-  (
-    set -e
-    "$@"
-  ) >"$log" 2>&1 </dev/null
-  local status=$?
-  set -e
-  if ((status == 0)); then
-    passed=$((passed + 1))
-    echo "-- $text: passed"
-  else
-    failed=$((failed + 1))
-    cat "$log"
-    echo "-- $text: failed"
-  fi
-}
-
-check "licence lines" licensed
-check "shell syntax" shell_syntax
-check "shellcheck" shell_lint
-check "clang-format" formatted
-check "clang-tidy" tidy
-echo "$passed passed, $failed failed"
-((failed == 0))
+check "licence lines" 0 licensed
+check "shell syntax" 0 shell_syntax
+check "shellcheck" 0 shell_lint
+check "clang-format" 0 formatted
+check "clang-tidy" 0 tidy
+sum_of_checks

@@ -4,8 +4,10 @@
 #
 # test.sh [ctest arguments]: installs what is missing, builds, runs the tests,
 # and ends with the line "N passed, N failed". The status is 0 when none failed
-# and none was skipped. Tests of real meshes read them from the folder that
-# MORROW_TEST_DATA names, else from shared/data beside this project.
+# and at least one passed; a test that was not run has failed. Tests of real
+# meshes read them from the folder that MORROW_TEST_DATA names, else from
+# shared/data beside this project; where they are absent these tests are named
+# and count as neither.
 set -euo pipefail
 # shellcheck source=scripts/lib.sh
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"

@@ -64,6 +64,22 @@ using Lines = std::vector<std::string>;
   return lines;
 }
 
+/// A chart that counts how often its parts are brought up to date, as its calls do at their end.
+template<class Chart>
+class Counting : public Chart
+{
+public:
+  int updates = 0;
+  std::size_t cells_at_update = 0;
+
+  void update_parts() override
+  {
+    ++updates;
+    cells_at_update = cells_in(*this).size();
+    Chart::update_parts();
+  }
+};
+
 /// The labels that are added to models while it lives, in order, as "TEXT (x y z) #rrggbb". Needs no display.
 class LabelReader
 {

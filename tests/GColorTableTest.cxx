@@ -21,21 +21,6 @@ protected:
   LabelReader mReader; // before the charts, whose labels it reads
 };
 
-/// Counts what initialize() does at its end.
-class CountingTable : public GColorTable
-{
-public:
-  int updates = 0;
-  std::size_t cells_at_update = 0;
-
-  void update_parts() override
-  {
-    ++updates;
-    cells_at_update = cells_in(*this).size();
-    GColorTable::update_parts();
-  }
-};
-
 // The second colour is grey, at column 1 of the top row; each number is a corner of its square plus an inset.
 TEST_F(GColorTableTest, ASwatchIsFilledThenOutlinedAndHasNumberAndName)
 {
@@ -102,7 +87,7 @@ TEST_F(GColorTableTest, InitializingAgainAddsEverythingOnceMore)
 
 TEST_F(GColorTableTest, PartsAreBroughtUpToDateOnceAtTheEnd)
 {
-  CountingTable chart;
+  Counting<GColorTable> chart;
   chart.initialize();
   EXPECT_EQ(chart.updates, 1);
   EXPECT_EQ(chart.cells_at_update, 2U * 17U);

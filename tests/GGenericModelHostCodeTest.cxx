@@ -11,6 +11,7 @@
 #include <vtkCommand.h>
 #include <vtkPropCollection.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -33,6 +34,19 @@ void fill(GGenericModel& model)
   model.add_locate(kPoints[0], "here");
   model.add_label("label", kPoints[0], BRANT_RED);
 }
+
+void add_red_quad(GGenericModel& model)
+{
+  model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+}
+
+/// Calls the function whenever a prop is shown in the view, or taken away.
+struct PropHook : EventHook
+{
+  PropHook(PlainView& view, std::function<void()> function)
+      : EventHook(view.get_renderer()->GetViewProps(), vtkCommand::ModifiedEvent, std::move(function))
+  {}
+};
 
 TEST_F(GGenericModelHostCodeTest, ModelViewsAndSetsGoInAnyOrder)
 {
@@ -122,7 +136,7 @@ TEST_F(GGenericModelHostCodeTest, HostThatDestroysTheModelWhenItsFirstPropIsShow
 {
   const std::vector<std::function<void(GGenericModel&)>> calls = {
       [](GGenericModel& model) { model.add_points(1, kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED); },
-      [](GGenericModel& model) { model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED); },
+      add_red_quad,
       [](GGenericModel& model) { model.add_polydata(one_triangle(), BRANT_RED, MRUtil::DRAW_FILLED); },
       [](GGenericModel& model) { model.add_vector(kPoints[0], kPoints[1], BRANT_RED, true); },
       [](GGenericModel& model) { model.add_vector(kPoints[0], kPoints[1], BRANT_RED, false); },
@@ -138,8 +152,7 @@ TEST_F(GGenericModelHostCodeTest, HostThatDestroysTheModelWhenItsFirstPropIsShow
     auto model = std::make_unique<GGenericModel>();
     PlainView view;
     model->add_view(&view);
-    const EventHook hook(view.get_renderer()->GetViewProps(), vtkCommand::ModifiedEvent,
-                         [&] { model.reset(); });
+    const PropHook hook(view, [&] { model.reset(); });
     call(*model);
     EXPECT_EQ(model, nullptr);
     EXPECT_TRUE(shown(view).empty());
@@ -152,14 +165,13 @@ TEST_F(GGenericModelHostCodeTest, HostThatClearsTheModelWhenAPropIsShown)
   PlainView view;
   model.add_view(&view);
   {
-    const EventHook hook(view.get_renderer()->GetViewProps(), vtkCommand::ModifiedEvent,
-                         [&] { model.clear(); });
+    const PropHook hook(view, [&] { model.clear(); });
     EXPECT_EQ(model.initialize_cell_data(MRUtil::DRAW_FILLED, kPolygons), nullptr);
-    model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+    add_red_quad(model);
     model.add_vector(kPoints[0], kPoints[1], BRANT_RED, true);
   }
   EXPECT_EQ(num_part_props(view), 0);
-  model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  add_red_quad(model);
   EXPECT_EQ(num_part_props(view), 1);
   EXPECT_EQ(slot(model, MRUtil::DRAW_FILLED, kPolygons).GetNumberOfCells(), 1);
 }
@@ -170,12 +182,10 @@ TEST_F(GGenericModelHostCodeTest, HostThatThrowsWhenAPropIsShownLeavesNoSlot)
   PlainView view;
   model.add_view(&view);
   {
-    const EventHook hook(view.get_renderer()->GetViewProps(), vtkCommand::ModifiedEvent,
-                         [] { throw HostError("host"); });
-    EXPECT_EQ(thrown_through_vtk_by([&] { model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED); }),
-              "host");
+    const PropHook hook(view, [] { throw HostError("host"); });
+    EXPECT_EQ(thrown_through_vtk_by([&] { add_red_quad(model); }), "host");
   }
-  model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  add_red_quad(model);
   EXPECT_EQ(num_parts(model), 1);
   EXPECT_EQ(slot(model, MRUtil::DRAW_FILLED, kPolygons).GetNumberOfCells(), 1);
 }
@@ -186,12 +196,12 @@ TEST_F(GGenericModelHostCodeTest, HostThatAddsWhileTheModelAdds)
   PlainView view;
   model.add_view(&view);
   int depth = 0;
-  const EventHook hook(view.get_renderer()->GetViewProps(), vtkCommand::ModifiedEvent, [&] {
+  const PropHook hook(view, [&] {
     if (++depth < 3) {
       model.add_quad(kPoints.data(), BRANT_BLUE, MRUtil::DRAW_FILLED);
     }
   });
-  model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  add_red_quad(model);
   vtkPolyData& data = slot(model, MRUtil::DRAW_FILLED, kPolygons);
   EXPECT_EQ(data.GetNumberOfCells(), 2);
   EXPECT_EQ(colours_of(data.GetCellData()), (std::vector<BrantColor>{BRANT_BLUE, BRANT_RED}));
@@ -263,19 +273,19 @@ TEST_F(GGenericModelHostCodeTest, HostThatAddsWhileTheModelIsCleared)
   GGenericModel model;
   PlainView view;
   model.add_view(&view);
-  model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  add_red_quad(model);
   model.update_parts();
   bool added = false;
   vtkActor* actor = actors_of(view)[0];
   const EventHook hook(actor, vtkCommand::DeleteEvent, [&] {
     added = true;
     model.add_line(kPoints[0], kPoints[1], BRANT_RED);
-    model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+    add_red_quad(model);
   });
   model.clear();
   EXPECT_TRUE(added);
   EXPECT_EQ(num_part_props(view), 0);
-  model.add_quad(kPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  add_red_quad(model);
   EXPECT_EQ(num_part_props(view), 1);
   EXPECT_EQ(slot(model, MRUtil::DRAW_FILLED, kPolygons).GetNumberOfCells(), 1);
 }

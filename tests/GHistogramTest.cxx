@@ -203,24 +203,9 @@ TEST_F(GHistogramTest, AnInvertedOrEmptyRectangleIsDrawnAsItIs)
   EXPECT_EQ(bars(), Lines{"2 polygon (0.9 0 0) (0.9 0 0) (0.1 0 0) (0.1 0 0) #ff0000"});
 }
 
-/// Counts what add_histogram() does at its end.
-class CountingHistogram : public GHistogram
-{
-public:
-  int updates = 0;
-  std::size_t cells_at_update = 0;
-
-  void update_parts() override
-  {
-    ++updates;
-    cells_at_update = cells_in(*this).size();
-    GHistogram::update_parts();
-  }
-};
-
 TEST_F(GHistogramTest, ChartsAddUpAndEachBringsThePartsUpToDateOnceAtItsEnd)
 {
-  CountingHistogram chart;
+  Counting<GHistogram> chart;
   const int counts[2] = {1, 2};
   const BrantColor colors[2] = {BRANT_RED, BRANT_GREEN};
   chart.add_histogram(counts, 2, 0.0, 1.0, "a", "b", 0.0, 1.0, 0.0, 1.0, colors);

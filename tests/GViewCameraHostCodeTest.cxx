@@ -505,48 +505,48 @@ TEST_F(AnyOperationTest, InWindowsOfAPixelOrTwo)
   for_each(kImmediate, test);
 }
 
-TEST_F(AnyOperationTest, OfACameraAtItsOwnTarget)
+/// Every operation, at once and animated, from a camera that is spoilt before each: it stands somewhere then.
+void expect_good_after(const std::function<void(CameraStage&)>& spoil,
+                       const std::function<void(CameraStage&)>& repair = nullptr)
 {
-  const auto test = [](const Operation& operation, CameraStage& stage) {
-    stage.camera()->SetPosition(1.0, 1.0, 1.0);
-    stage.camera()->SetFocalPoint(1.0, 1.0, 1.0);
+  const auto test = [&](const Operation& operation, CameraStage& stage) {
+    spoil(stage);
     operation.call(*stage.view, 1, 0);
     operation.call(*stage.view, 2, 0);
+    if (repair) {
+      repair(stage);
+    }
     EXPECT_TRUE(CameraPlace(*stage.view).from.is_finite());
     expect_healthy(*stage.view);
   };
   for_each_on_stage(kOperations, test);
   for_each_on_stage(kImmediate, test);
+}
+
+TEST_F(AnyOperationTest, OfACameraAtItsOwnTarget)
+{
+  expect_good_after([](CameraStage& stage) {
+    stage.camera()->SetPosition(1.0, 1.0, 1.0);
+    stage.camera()->SetFocalPoint(1.0, 1.0, 1.0);
+  });
 }
 
 TEST_F(AnyOperationTest, OfACameraThatLooksAlongItsViewUp)
 {
-  const auto test = [](const Operation& operation, CameraStage& stage) {
+  expect_good_after([](CameraStage& stage) {
     stage.camera()->SetPosition(0.0, 0.0, 5.0);
     stage.camera()->SetFocalPoint(0.0, 0.0, 0.0);
     stage.camera()->SetViewUp(0.0, 0.0, 1.0);
-    operation.call(*stage.view, 1, 0);
-    operation.call(*stage.view, 2, 0);
-    EXPECT_TRUE(CameraPlace(*stage.view).from.is_finite());
-    expect_healthy(*stage.view);
-  };
-  for_each_on_stage(kOperations, test);
-  for_each_on_stage(kImmediate, test);
+  });
 }
 
 TEST_F(AnyOperationTest, OfACameraThatHasLostItsPlace)
 {
-  const auto test = [](const Operation& operation, CameraStage& stage) {
+  const auto spoil = [](CameraStage& stage) {
     stage.camera()->SetPosition(kNotANumber, kNotANumber, kNotANumber);
     stage.camera()->SetFocalPoint(kNotANumber, kNotANumber, kNotANumber);
-    operation.call(*stage.view, 1, 0);
-    operation.call(*stage.view, 2, 0);
-    stage.view->complete_reset_camera();
-    EXPECT_TRUE(CameraPlace(*stage.view).from.is_finite());
-    expect_healthy(*stage.view);
   };
-  for_each_on_stage(kOperations, test);
-  for_each_on_stage(kImmediate, test);
+  expect_good_after(spoil, [](CameraStage& stage) { stage.view->complete_reset_camera(); });
 }
 
 TEST_F(AnyOperationTest, OfAnEmptyScene)

@@ -11,6 +11,7 @@
 #include <iostream>
 #include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 
 #ifndef MESHVIEW_PROGRAM
@@ -90,6 +91,19 @@ class Gallery : public MeshviewTest
 TEST_F(Gallery, ShowsEveryPictureThereIsAndNoOther)
 {
   EXPECT_EQ(find_all(page(), R"(\(images/gallery/([^)]+)\))"), pictures_in(root() / "docs/images/gallery"));
+}
+
+// Those that draw nothing else are left out.
+TEST_F(Gallery, HasACommandWithEachOptionThatDraws)
+{
+  std::string commands;
+  std::istringstream lines(page());
+  for (std::string line; std::getline(lines, line);) {
+    commands += line.rfind("meshview ", 0) == 0 ? line + '\n' : "";
+  }
+  Names shown = find_all(commands, " (--[a-z-]+)");
+  shown.merge(Names{"--help", "--version", "--save", "--report", "--no-guard"});
+  EXPECT_EQ(find_all(run({"--help"}).out, "\n  (?:-h,)?(--[a-z-]+)"), shown);
 }
 
 TEST_F(Gallery, PicturesAreSmallFiles)

@@ -153,6 +153,38 @@ inline double outside_distance2(const double* x, const double* pt1, const double
   return std::nan("");
 }
 
+/// The weights of the corners at cp, in the plane without the longest axis of m; false where the triangle has
+/// no area.
+inline bool weights_at(const double* cp, const double* pt1, const double* pt2, const double* pt3,
+                       const double* m, double* pcoords)
+{
+  const double m0 = std::isnan(m[0]) ? 0.0 : std::fabs(m[0]);
+  const double m1 = std::isnan(m[1]) ? 0.0 : std::fabs(m[1]);
+  const double m2 = std::isnan(m[2]) ? 0.0 : std::fabs(m[2]);
+  int i = 1; // the kept axes
+  int j = 2;
+  if (m1 > m0 && m1 >= m2) {
+    i = 0;
+  } else if (m2 > m0 && m2 > m1) {
+    i = 0;
+    j = 1;
+  }
+  const double c1i = pt1[i] - pt3[i];
+  const double c1j = pt1[j] - pt3[j];
+  const double c2i = pt2[i] - pt3[i];
+  const double c2j = pt2[j] - pt3[j];
+  const double ri = cp[i] - pt3[i];
+  const double rj = cp[j] - pt3[j];
+  const double det = c1i * c2j - c2i * c1j;
+  if (det == 0.0) {
+    return false;
+  }
+  pcoords[0] = (ri * c2j - c2i * rj) / det;
+  pcoords[1] = (c1i * rj - ri * c1j) / det;
+  pcoords[2] = 1.0 - pcoords[0] - pcoords[1];
+  return true;
+}
+
 inline int triangle_with_line(const double* pt1, const double* pt2, const double* pt3, const double* p1,
                               const double* p2, double tol, double& t, double* x, double* pcoords,
                               double& dist2)
@@ -196,30 +228,9 @@ inline int triangle_with_line(const double* pt1, const double* pt2, const double
       cp[i] = x[i] - m[i] * s / mm;
     }
   }
-  const double m0 = std::isnan(m[0]) ? 0.0 : std::fabs(m[0]);
-  const double m1 = std::isnan(m[1]) ? 0.0 : std::fabs(m[1]);
-  const double m2 = std::isnan(m[2]) ? 0.0 : std::fabs(m[2]);
-  int i = 1; // the kept axes
-  int j = 2;
-  if (m1 > m0 && m1 >= m2) {
-    i = 0;
-  } else if (m2 > m0 && m2 > m1) {
-    i = 0;
-    j = 1;
-  }
-  const double c1i = pt1[i] - pt3[i];
-  const double c1j = pt1[j] - pt3[j];
-  const double c2i = pt2[i] - pt3[i];
-  const double c2j = pt2[j] - pt3[j];
-  const double ri = cp[i] - pt3[i];
-  const double rj = cp[j] - pt3[j];
-  const double det = c1i * c2j - c2i * c1j;
-  if (det == 0.0) {
+  if (!weights_at(cp, pt1, pt2, pt3, m, pcoords)) {
     return 0; // the coordinates are clear: no edge is tested
   }
-  pcoords[0] = (ri * c2j - c2i * rj) / det;
-  pcoords[1] = (c1i * rj - ri * c1j) / det;
-  pcoords[2] = 1.0 - pcoords[0] - pcoords[1];
   int status = 0;
   double distance = 0.0;
   if (pcoords[0] >= 0.0 && pcoords[0] <= 1.0 && pcoords[1] >= 0.0 && pcoords[1] <= 1.0 && pcoords[2] >= 0.0 &&

@@ -196,4 +196,26 @@ TEST_F(MeshviewPickWindowTest, TheCameraStaysUsable)
   EXPECT_GT(compare(picture(), before).pixels_over_8, 500);
 }
 
+TEST_F(MeshviewPickWindowTest, TheMiddleButtonPansTheRightOneAndTheWheelZoom)
+{
+  const auto square = [this] { return find_pixels(picture(), [](Rgb pixel) { return !is_white(pixel); }); };
+  const auto drag_up_with = [this](unsigned int button, unsigned int mask) {
+    press_button(mWindow, 100, 100, 0, button);
+    move_mouse(mWindow, 100, 120, mask);
+    release_button(mWindow, 100, 120, 0, button);
+  };
+  const PixelRegion before = square();
+  drag_up_with(Button2, Button2Mask);
+  const PixelRegion moved = square();
+  EXPECT_NEAR(moved.min_y, before.min_y + 20, 2);
+  EXPECT_EQ(moved.min_x, before.min_x);
+  EXPECT_NEAR(moved.width(), before.width(), 1);
+  drag_up_with(Button3, Button3Mask);
+  const PixelRegion nearer = square();
+  EXPECT_GT(nearer.width(), moved.width() + 5);
+  press_button(mWindow, 100, 100, 0, Button5); // the wheel
+  release_button(mWindow, 100, 100, 0, Button5);
+  EXPECT_LT(square().width(), nearer.width() - 5);
+}
+
 } // namespace

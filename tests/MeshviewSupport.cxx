@@ -406,7 +406,8 @@ void MeshviewWindowTest::ask_to_close(Window window) const
   XFlush(mDisplay);
 }
 
-void MeshviewWindowTest::send_mouse(Window window, int type, int x, int y, unsigned int state) const
+void MeshviewWindowTest::send_mouse(Window window, int type, int x, int y, unsigned int state,
+                                    unsigned int button) const
 {
   XWindowAttributes attributes = {};
   ASSERT_NE(XGetWindowAttributes(mDisplay, window, &attributes), 0);
@@ -422,25 +423,27 @@ void MeshviewWindowTest::send_mouse(Window window, int type, int x, int y, unsig
   if (type == MotionNotify) { // VTK asks where the pointer really is
     XWarpPointer(mDisplay, None, window, 0, 0, 0, 0, event.xbutton.x, event.xbutton.y);
   } else {
-    event.xbutton.button = Button1;
+    event.xbutton.button = button;
   }
   XSendEvent(mDisplay, window, False, type == MotionNotify ? PointerMotionMask : ButtonPressMask, &event);
   XFlush(mDisplay);
 }
 
-void MeshviewWindowTest::press_button(Window window, int x, int y, unsigned int state) const
+void MeshviewWindowTest::press_button(Window window, int x, int y, unsigned int state,
+                                      unsigned int button) const
 {
-  send_mouse(window, ButtonPress, x, y, state);
+  send_mouse(window, ButtonPress, x, y, state, button);
 }
 
-void MeshviewWindowTest::release_button(Window window, int x, int y, unsigned int state) const
+void MeshviewWindowTest::release_button(Window window, int x, int y, unsigned int state,
+                                        unsigned int button) const
 {
-  send_mouse(window, ButtonRelease, x, y, state | Button1Mask);
+  send_mouse(window, ButtonRelease, x, y, state | (Button1Mask << (button - Button1)), button);
 }
 
 void MeshviewWindowTest::move_mouse(Window window, int x, int y, unsigned int state) const
 {
-  send_mouse(window, MotionNotify, x, y, state);
+  send_mouse(window, MotionNotify, x, y, state, 0);
 }
 
 void MeshviewRunningTest::open(const std::string& mesh, const std::vector<std::string>& arguments)

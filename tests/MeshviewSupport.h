@@ -155,14 +155,15 @@ protected:
 
   /// A button goes down or up, or the mouse moves, in pixels from the window's bottom left corner. The
   /// display's one pointer goes along.
-  void press_button(Window window, int x, int y, unsigned int state = 0) const;
-  void release_button(Window window, int x, int y, unsigned int state = 0) const;
+  void press_button(Window window, int x, int y, unsigned int state = 0, unsigned int button = Button1) const;
+  void release_button(Window window, int x, int y, unsigned int state = 0,
+                      unsigned int button = Button1) const;
   void move_mouse(Window window, int x, int y, unsigned int state = 0) const;
 
   Display* mDisplay = nullptr;
 
 private:
-  void send_mouse(Window window, int type, int x, int y, unsigned int state) const;
+  void send_mouse(Window window, int type, int x, int y, unsigned int state, unsigned int button) const;
 };
 
 /// The program with a window that takes events.

@@ -634,6 +634,9 @@ TEST_F(MeshviewTest, WithoutTheGuardTheSamePictureIsDrawn)
   const std::string cube = write_cube();
   const Image guarded = draw({cube});
   EXPECT_EQ(draw({cube, "--no-guard"}), guarded);
+  const std::string crash =
+      write_text(in_folder("crash.vtk"), legacy_polygon("POLYGONS 1 4\n99999999 0 1 2\n"));
+  EXPECT_EQ(run({crash, "--no-guard", "--image", mPicture}).err.find("reader crashes"), std::string::npos);
   const Outcome outcome = run({in_folder("missing.stl"), cube, "--no-guard", "--image", mPicture});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(count_lines(outcome.err), 1U) << outcome.err;

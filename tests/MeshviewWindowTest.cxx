@@ -50,9 +50,10 @@ protected:
   }
 };
 
-TEST_F(MeshviewClosingTest, TheKeyQEndsTheProgram)
+TEST_F(MeshviewClosingTest, TheKeysQAndEEndTheProgram)
 {
   expect_closed_by([this](Window window) { press_key(window, XK_q); });
+  expect_closed_by([this](Window window) { press_key(window, XK_e); });
 }
 
 TEST_F(MeshviewClosingTest, ClosingTheWindowEndsTheProgram)
@@ -115,8 +116,25 @@ TEST_F(MeshviewKeysInWindowTest, PicturesAndScenesGoToNewFiles)
   EXPECT_EQ(picture(), first);
 }
 
+TEST_F(MeshviewKeysInWindowTest, TheKeysAreListedAsInTheHelp)
+{
+  const std::string help = run({"--help"}).out;
+  const auto start = help.find("  n                 title\n");
+  ASSERT_NE(start, std::string::npos);
+  const std::string keys = help.substr(start, help.find("\n\n", start) + 1 - start);
+  direction(); // every h from before has been answered
+  press_key(mWindow, XK_question, ShiftMask);
+  EXPECT_NE(expect_output("quit\n").find(keys), std::string::npos);
+  press_key(mWindow, XK_h);
+  EXPECT_NE(expect_output("quit\n").find(keys), std::string::npos);
+}
+
 TEST_F(MeshviewKeysInWindowTest, SidesTurnsAndSavedViews)
 {
+  const Vector iso = direction();
+  press_key(mWindow, XK_x);
+  press_key(mWindow, XK_i);
+  EXPECT_LT(angle_between(direction(), iso), 0.01);
   const std::pair<KeySym, Vector> sides[] = {{XK_x, {-1, 0, 0}}, {XK_X, {1, 0, 0}}, {XK_Y, {0, 1, 0}},
                                              {XK_u, {0, 0, -1}}, {XK_U, {0, 0, 1}}, {XK_y, {0, -1, 0}}};
   for (const auto& [key, expected] : sides) {
@@ -230,7 +248,9 @@ TEST_F(MeshviewKeysInWindowTest, ZoomsAndComesBack)
   for (const int key : {XK_z, XK_r}) {
     press_key(mWindow, XK_minus);
     press_key(mWindow, XK_minus);
+    const int far_away = width();
     press_key(mWindow, static_cast<KeySym>(key));
+    EXPECT_GT(width(), far_away + 10) << key;
     EXPECT_GT(width(), 70) << key;
     EXPECT_LT(width(), 200) << key;
   }

@@ -12,8 +12,7 @@
 /// Pictures in tests: reading, writing, counting and comparing them.
 ///
 /// Prefer data assertions; a picture is for what only a picture shows. Then prefer asking the picture a
-/// question
-/// (`count_pixels`, `find_pixels`) to comparing it with a stored one (`expect_matches_baseline`).
+/// question (`count_pixels`, `find_pixels`) to comparing it with a stored one (`expect_matches_baseline`).
 namespace morrow_test {
 
 /// One pixel, 0 to 255 per channel.
@@ -182,10 +181,9 @@ struct BaselineResult
 };
 
 /// Compares with `<baseline_folder>/<name>.png`. A missing or unreadable baseline fails and writes the
-/// picture to
-/// `<output_folder>/<name>.png`, ready to be looked at and copied. A difference fails and writes `<name>.png`
-/// and
-/// `<name>.difference.png` there; the report gives numbers, thresholds and all paths. A pass writes nothing.
+/// picture to `<output_folder>/<name>.png`, ready to be looked at and copied. A difference fails and writes
+/// `<name>.png` and `<name>.difference.png` there; the report gives numbers, thresholds and all paths. A pass
+/// writes nothing.
 [[nodiscard]] BaselineResult compare_with_baseline(const Image& image, const std::string& name,
                                                    const std::string& baseline_folder,
                                                    const std::string& output_folder);

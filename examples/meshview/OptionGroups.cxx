@@ -63,7 +63,7 @@ void choose_scalar_bar(const std::string& array, Options& options)
 void describe_output(CLI::App& app, Options& options)
 {
   add_parsed(app, options, "--image", OptionValues::parse_image,
-             "Write a PNG picture to this file; without --image and --save a window opens")
+             "Write a PNG picture to this file; without --image, --save and --report a window opens")
       ->type_name("OUT.png");
   add_repeated(app, options, "--save", OptionValues::parse_save,
                "Write a picture (" + image_extensions() + ") or the scene (" + scene_extensions() +

@@ -82,8 +82,8 @@ In the window: the left button rotates, the middle one pans, the right one and
 the wheel zoom. After P the left button picks, and with Ctrl it rotates: a click
 takes one entity, with Shift one more, and what lies below the cursor is shown
 before. A drag takes all that lies wholly in a box or circle that is drawn to
-the right, or touches one that is drawn to the left; of a lasso, clockwise or
-the other way round. Ctrl-C stops reading. The keys:
+the right, or touches one that is drawn to the left; of a lasso its first step
+to a side counts, whichever way round it goes. Ctrl-C stops reading. The keys:
 )" + key_list() +
          R"(
 

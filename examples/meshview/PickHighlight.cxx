@@ -48,7 +48,10 @@ std::vector<vtkSmartPointer<vtkProp>> make_props(vtkDataObject* data, BrantColor
   if (shape->GetNumberOfLines() > 0 && !is_surface) {
     property.SetRepresentationToWireframe(); // drawn after all surfaces
   }
-  GModel::set_polygon_offset(mapper, is_surface ? -1.0 : -2.0, is_surface ? -1.0 : -8.0);
+  const bool is_points = shape->GetNumberOfVerts() > 0 && !is_surface && shape->GetNumberOfLines() == 0;
+  // A point is as near at its sides as in its middle, so half of it would be within a slope.
+  const double units = is_surface ? -1.0 : is_points ? -120.0 : -8.0;
+  GModel::set_polygon_offset(mapper, is_surface ? -1.0 : -2.0, units);
   return {actor};
 }
 
