@@ -14,6 +14,8 @@
 #include "GView.h"
 #include "MRUtil.h"
 
+#include <vtkCallbackCommand.h>
+#include <vtkNew.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderWindowInteractor.h>
 #include <vtkSmartPointer.h>
@@ -50,6 +52,32 @@ public:
 private:
   vtkSmartPointer<vtkRenderWindowInteractor> mInteractor;
   bool mBefore;
+};
+
+/// While this lives, the 'q' key and the window's close button end the interactor's loop and nothing else. By
+/// itself VTK closes the window first and takes the events that still wait after that; one by which the
+/// pointer enters the closed window is an X error, which ends the process. A host that observes the exit
+/// event decides by itself what happens.
+class LoopExit
+{
+public:
+  explicit LoopExit(vtkRenderWindowInteractor* interactor) : mInteractor(interactor)
+  {
+    if (mInteractor->HasObserver(vtkCommand::ExitEvent) == 0) {
+      mObserver->SetClientData(interactor);
+      mObserver->SetCallback([](vtkObject*, unsigned long, void* loop, void*) {
+        static_cast<vtkRenderWindowInteractor*>(loop)->SetDone(true);
+      });
+      mInteractor->AddObserver(vtkCommand::ExitEvent, mObserver);
+    }
+  }
+  ~LoopExit() { mInteractor->RemoveObserver(mObserver); }
+  LoopExit(const LoopExit&) = delete;
+  LoopExit& operator=(const LoopExit&) = delete;
+
+private:
+  vtkSmartPointer<vtkRenderWindowInteractor> mInteractor;
+  vtkNew<vtkCallbackCommand> mObserver;
 };
 
 /// An interactor whose loop has ended would end the next one at once.
@@ -273,6 +301,7 @@ void GfxDebugSimple::p_mouse_xforms()
   if (vtkRenderWindowInteractor* interactor = interactor_of(view)) {
     const RenderingAllowed allowed(interactor);
     make_ready(*view, *interactor);
+    const LoopExit exit(interactor);
     interactor->Start();
   }
 }

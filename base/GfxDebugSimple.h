@@ -83,7 +83,9 @@ public:
   void p_display_to_world_length(double pixels, double& length) override;
   /// Prints "Entering mouse mode.  Press 'q' in graphics window to exit mouse mode\n" as information, then
   /// runs the event loop of the first view's interactor until it ends; without an interactor there is none.
-  /// Meanwhile the interactor may render; afterwards that setting is what it was before. The loop needs a
+  /// Meanwhile the interactor may render; afterwards that setting is what it was before. The 'q' key and
+  /// vtkRenderWindowInteractor::ExitCallback() end the loop, unless the host observes the exit event; its
+  /// TerminateApp() does too, but closes the window while events wait, which X takes amiss. The loop needs a
   /// display. Not to be called from inside a frame, nor from an event loop of the interactor: VTK's do not
   /// nest. An exception of host code that ends the loop passes on.
   void p_mouse_xforms() override;

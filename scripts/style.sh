@@ -9,8 +9,11 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 "$ROOT/scripts/bootstrap.sh" --ci
-stage "configure build/dev" configure dev
+need_temp
 cd "$ROOT"
+# Without precompiled headers: clang cannot read those of g++, and a file that does not include what it uses
+# shall be found.
+stage "configure" cmake --preset dev -B "$LIB_TEMP/build" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON
 
 # files PATTERN...: the project's own files, those not yet committed included.
 files() { git ls-files --cached --others --exclude-standard -- "$@" | sort -u; }
@@ -24,7 +27,7 @@ formatted() { clang-format --dry-run -Werror "${cxx_files[@]}"; }
 
 tidy() {
   printf '%s\0' "${tidy_files[@]}" |
-    xargs -0 -n 1 -P 2 clang-tidy -p build/dev --quiet --extra-arg=-Wno-unknown-warning-option
+    xargs -0 -n 1 -P 2 clang-tidy -p "$LIB_TEMP/build" --quiet --extra-arg=-Wno-unknown-warning-option
 }
 
 shell_syntax() {

@@ -574,6 +574,58 @@ TEST_F(GfxDebugSimpleRenderTest, TheMouseModeCanBeEnteredAgain)
   interactor->DestroyTimer(timer);
 }
 
+/// Events that wait when the loop ends are taken while there still is a window.
+TEST_F(GfxDebugSimpleRenderTest, ThePointerMayEnterTheWindowWhileTheMouseModeEnds)
+{
+  const PrintCapture printed;
+  vtkRenderWindow* window = mView->get_render_window();
+  const vtkNew<vtkRenderWindowInteractor> interactor;
+  interactor->SetRenderWindow(window);
+  interactor->Initialize();
+  const EventHook leave(interactor, vtkCommand::TimerEvent, [&] {
+    auto* display = static_cast<Display*>(window->GetGenericDisplayId());
+    const auto native = reinterpret_cast<::Window>(window->GetGenericWindowId());
+    for (int i = 0; i < 3; ++i) {
+      XWarpPointer(display, None, native, 0, 0, 0, 0, 5, 5);
+      XWarpPointer(display, None, DefaultRootWindow(display), 0, 0, 0, 0, DisplayWidth(display, 0) - 1,
+                   DisplayHeight(display, 0) - 1);
+    }
+    XSync(display, False);
+    interactor->ExitCallback(); // as the key does
+  });
+  int entered = 0;
+  const EventHook enter(interactor, vtkCommand::EnterEvent, [&] { ++entered; });
+  const int timer = interactor->CreateRepeatingTimer(10);
+  mDrawing.p_mouse_xforms();
+  EXPECT_GT(entered, 0);
+  EXPECT_FALSE(interactor->HasObserver(vtkCommand::ExitEvent));
+  interactor->DestroyTimer(timer);
+}
+
+/// A host that has a say in it.
+TEST_F(GfxDebugSimpleMouseTest, AnObserverOfTheExitEventDecidesAlone)
+{
+  int exits = 0;
+  const EventHook exit(mInteractor, vtkCommand::ExitEvent, [&] { ++exits; });
+  mInteractor->on_start = [&] {
+    mInteractor->ExitCallback();
+    EXPECT_FALSE(mInteractor->GetDone());
+  };
+  mDrawing.p_mouse_xforms();
+  EXPECT_EQ(exits, 1);
+}
+
+TEST_F(GfxDebugSimpleMouseTest, TheExitEventEndsTheLoopAndNoLaterOne)
+{
+  mInteractor->on_start = [&] {
+    EXPECT_FALSE(mInteractor->GetDone());
+    mInteractor->ExitCallback();
+    EXPECT_TRUE(mInteractor->GetDone());
+  };
+  mDrawing.p_mouse_xforms();
+  EXPECT_FALSE(mInteractor->HasObserver(vtkCommand::ExitEvent));
+}
+
 TEST_F(GfxDebugSimpleRenderTest, NothingIsRenderedWhileGraphicsAreDisabled)
 {
   mView->render();

@@ -84,6 +84,14 @@ Window find_window(Display* display, Window window, const std::string& title)
   return found;
 }
 
+/// Windows that come and go below the pointer would be entered by it.
+void move_pointer_away(Display* display)
+{
+  const int screen = DefaultScreen(display);
+  XWarpPointer(display, None, DefaultRootWindow(display), 0, 0, 0, 0, DisplayWidth(display, screen) - 1,
+               DisplayHeight(display, screen) - 1);
+}
+
 } // namespace
 
 namespace morrow_test {
@@ -359,6 +367,7 @@ void MeshviewWindowTest::SetUp()
 void MeshviewWindowTest::TearDown()
 {
   if (mDisplay != nullptr) {
+    move_pointer_away(mDisplay);
     XCloseDisplay(mDisplay); // brings the last errors
   }
   XSetErrorHandler(nullptr);
@@ -444,6 +453,14 @@ void MeshviewWindowTest::release_button(Window window, int x, int y, unsigned in
 void MeshviewWindowTest::move_mouse(Window window, int x, int y, unsigned int state) const
 {
   send_mouse(window, MotionNotify, x, y, state, 0);
+}
+
+void MeshviewWindowTest::cross_with_pointer(Window window) const
+{
+  for (int i = 0; i < 10; ++i) {
+    XWarpPointer(mDisplay, None, window, 0, 0, 0, 0, 5, 5);
+    move_pointer_away(mDisplay);
+  }
 }
 
 void MeshviewRunningTest::open(const std::string& mesh, const std::vector<std::string>& arguments)

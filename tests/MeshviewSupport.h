@@ -159,6 +159,8 @@ protected:
   void release_button(Window window, int x, int y, unsigned int state = 0,
                       unsigned int button = Button1) const;
   void move_mouse(Window window, int x, int y, unsigned int state = 0) const;
+  /// Moves the pointer into the window and out of it a few times; sent with the next key or button.
+  void cross_with_pointer(Window window) const;
 
   Display* mDisplay = nullptr;
 

@@ -61,6 +61,18 @@ TEST_F(MeshviewClosingTest, ClosingTheWindowEndsTheProgram)
   expect_closed_by([this](Window window) { ask_to_close(window); });
 }
 
+/// The pointer goes into the window and out of it, which the window hears of, before it is closed and after.
+TEST_F(MeshviewClosingTest, ThePointerMayEnterWhileTheProgramEnds)
+{
+  for (const bool by_key : {true, false}) {
+    expect_closed_by([&](Window window) {
+      cross_with_pointer(window);
+      by_key ? press_key(window, XK_q) : ask_to_close(window);
+      cross_with_pointer(window);
+    });
+  }
+}
+
 // --- Keys ------------------------------------------------------------------------------------------------
 
 using Vector = std::array<double, 3>;

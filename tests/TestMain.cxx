@@ -21,8 +21,8 @@
 // The OpenGL driver is a plug-in, which X and GLX unload before the leak checker runs; the few bytes that it
 // keeps per context would then be reported as leaks of an unknown module, which no suppression can name. So
 // nothing is unloaded. Programs are linked with exported symbols (-rdynamic), so that this definition wins
-// over the C library's.
-extern "C" int dlclose(void* handle);
+// over the C library's in every module of the process.
+extern "C" __attribute__((visibility("default"))) int dlclose(void* handle);
 extern "C" int dlclose(void* /*handle*/)
 {
   return 0;

@@ -104,6 +104,12 @@ void Commands::execute(const KeyAction& action)
   }
 }
 
+void Commands::end_loop()
+{
+  stop();
+  mInteractor.SetDone(true);
+}
+
 void Commands::stop()
 {
   mWaiting.clear();
@@ -116,8 +122,7 @@ void Commands::execute_now(const KeyAction& action)
 {
   switch (action.command) {
   case Command::Quit:
-    stop();
-    mInteractor.ExitCallback();
+    end_loop();
     return;
   case Command::Interrupt:
     if (is_busy()) {

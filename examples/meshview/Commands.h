@@ -21,6 +21,11 @@ public:
   /// While something moves, the action waits for its end; Interrupt and Quit end it, and drop what waits.
   void execute(const KeyAction& action);
 
+  /// Ends the window's loop, as its close button asks for. By itself VTK would close the window first and
+  /// take the events that still wait after that; one by which the pointer enters the closed window is an X
+  /// error, which ends the process.
+  void end_loop();
+
   /// Does something move?
   [[nodiscard]] bool is_busy() const noexcept { return mAnimation != nullptr; }
 

@@ -109,10 +109,12 @@ void run_window(Viewer& viewer)
   PickMouse mouse(viewer);
   Commands commands(viewer, mouse, *interactor);
   style->set_commands(&commands, &mouse);
+  const auto exit = interactor->AddObserver(vtkCommand::ExitEvent, &commands, &Commands::end_loop);
   if (viewer.options().labels == Labels::Blocks) {
     style->AddObserver(vtkCommand::EndInteractionEvent, &viewer, &Viewer::refresh);
   }
   interactor->Start();
+  interactor->RemoveObserver(exit);
   style->set_commands(nullptr, nullptr);
   viewer.view().set_scalar_bar(nullptr); // it leaves the interactor, which goes before the view
 }

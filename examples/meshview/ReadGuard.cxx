@@ -50,11 +50,10 @@ void end_with_parent()
 #endif
 }
 
-[[noreturn]] void be_child(const std::function<int(ReadLog&)>& work, ReadLog& log)
+void become_child()
 {
   pass_signals_on(SIG_DFL);
   end_with_parent();
-  std::exit(work(log));
 }
 
 /// The status of a child that has ended, as waitpid() reports it.
@@ -135,9 +134,9 @@ int run_guarded(const std::vector<std::string>& files, const std::function<int(R
     std::fflush(nullptr); // or the child would write it again
     const pid_t child = fork();
     if (child == 0) {
-      be_child(work, log);
+      become_child();
     }
-    if (child < 0) {
+    if (child <= 0) { // the child's work, or ours where there can be none
       return work(log);
     }
     gChild = child;
