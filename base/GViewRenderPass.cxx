@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "GViewRenderPass.h"
 
-#include <typeinfo>
 #include <utility>
 
 #include "GSilhouetteMapper.h"
 #include "MRUtil.h"
+#include "StockActor.h"
 
 #include <vtkActor.h>
 #include <vtkDepthPeelingPass.h>
@@ -15,7 +15,6 @@
 #include <vtkInformation.h>
 #include <vtkInformationIntegerKey.h>
 #include <vtkObjectFactory.h>
-#include <vtkOpenGLActor.h>
 #include <vtkOpenGLRenderWindow.h>
 #include <vtkOpenGLRenderer.h>
 #include <vtkOpenGLState.h>
@@ -41,12 +40,6 @@ bool fills_depth_only(int mode)
 GSilhouetteMapper* unpeelable_mapper(vtkActor* actor)
 {
   return actor != nullptr ? GSilhouetteMapper::SafeDownCast(actor->GetMapper()) : nullptr;
-}
-
-/// VTK's own actors, of which a view has most, draw none.
-bool may_have_overlay(const vtkProp& prop)
-{
-  return typeid(prop) != typeid(vtkOpenGLActor);
 }
 
 /// No colour is written while it lives.
@@ -92,6 +85,18 @@ void GViewRenderPass::guarded(vtkRenderer& renderer, Draw&& draw)
   return_to_window(renderer);
 }
 
+// Draws an item. Where no host code can be called, which is nearly always, there is no need to ask which
+// window is current.
+template<typename Draw>
+void GViewRenderPass::guarded(vtkRenderer& renderer, const Item& item, Draw&& draw)
+{
+  if (item.is_stock && !morrow::may_call_host_code(*item.actor, renderer)) {
+    this->caught(draw);
+  } else {
+    this->guarded(renderer, draw);
+  }
+}
+
 /// Draws the translucent geometry of each prop for the peeling pass, which would not survive an exception
 /// from one.
 class GViewRenderPass::TranslucentStage : public vtkTranslucentPass
@@ -117,7 +122,7 @@ protected:
     vtkRenderer& renderer = *state->GetRenderer();
     vtkProp** props = state->GetPropArray();
     for (int i = 0; i < state->GetPropArrayCount(); ++i) {
-      owner->guarded(renderer, [&] {
+      owner->guarded(renderer, owner->mItems[static_cast<std::size_t>(i)], [&] {
         this->NumberOfRenderedProps +=
             props[i]->RenderFilteredTranslucentPolygonalGeometry(&renderer, state->GetRequiredKeys());
       });
@@ -179,7 +184,9 @@ void GViewRenderPass::UpdateGeometry(const vtkRenderState* state)
 
 GViewRenderPass::Item GViewRenderPass::classify(vtkProp* prop)
 {
-  Item item = {prop, vtkActor::SafeDownCast(prop), MRUtil::RENDER_DEFAULT, true, false};
+  const bool is_stock = morrow::is_stock_actor(*prop);
+  vtkActor* actor = is_stock ? static_cast<vtkActor*>(prop) : vtkActor::SafeDownCast(prop);
+  Item item = {prop, actor, MRUtil::RENDER_DEFAULT, true, false, is_stock};
   if (item.actor == nullptr) {
     return item;
   }
@@ -204,7 +211,8 @@ void GViewRenderPass::classify_props(const vtkRenderState& state)
 
 void GViewRenderPass::draw_opaque(const Item& item, vtkRenderer& renderer)
 {
-  this->guarded(renderer, [&] { this->NumberOfRenderedProps += item.prop->RenderOpaqueGeometry(&renderer); });
+  this->guarded(renderer, item,
+                [&] { this->NumberOfRenderedProps += item.prop->RenderOpaqueGeometry(&renderer); });
 }
 
 void GViewRenderPass::draw_surfaces(vtkOpenGLRenderer& renderer)
@@ -317,7 +325,7 @@ void GViewRenderPass::draw_translucent(const vtkRenderState& state, vtkOpenGLRen
 void GViewRenderPass::draw_overlays(vtkRenderer& renderer)
 {
   for (const Item& item : mItems) {
-    if (may_have_overlay(*item.prop)) {
+    if (!item.is_stock) {
       this->guarded(renderer, [&] { this->NumberOfRenderedProps += item.prop->RenderOverlay(&renderer); });
     }
   }

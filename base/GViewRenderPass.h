@@ -85,6 +85,7 @@ private:
     int render_mode;
     bool is_surface;
     bool is_vertex;
+    bool is_stock; // an actor of VTK's own class
   };
 
   static Item classify(vtkProp* prop);
@@ -105,6 +106,8 @@ private:
   void caught(Ask&& ask);
   template<typename Draw>
   void guarded(vtkRenderer& renderer, Draw&& draw);
+  template<typename Draw>
+  void guarded(vtkRenderer& renderer, const Item& item, Draw&& draw);
 
   bool mVertexVisibility = false;
   std::vector<Item> mItems; // one per prop of the frame, empty between frames

@@ -16,6 +16,49 @@ namespace {
 // list.
 constexpr std::size_t FewRemovals = 16;
 
+// Then no table of them is needed.
+bool come_in_order_of(vtkPropCollection& list, const std::vector<vtkProp*>& props)
+{
+  auto next = props.begin();
+  vtkCollectionSimpleIterator cookie;
+  list.InitTraversal(cookie);
+  while (vtkProp* prop = list.GetNextProp(cookie)) {
+    if (next != props.end() && prop == *next) {
+      ++next;
+    }
+  }
+  return next == props.end();
+}
+
+/// The props of the list for which leaves(prop) says no; it is called once for each in turn.
+template<typename Leaves>
+PropList::Props survivors_of(vtkPropCollection& list, Leaves&& leaves)
+{
+  PropList::Props survivors;
+  vtkCollectionSimpleIterator cookie;
+  list.InitTraversal(cookie);
+  while (vtkProp* prop = list.GetNextProp(cookie)) {
+    if (!leaves(prop)) {
+      survivors.emplace_back(prop);
+    }
+  }
+  return survivors;
+}
+
+PropList::Props survivors_without(const std::vector<vtkProp*>& leaving, vtkPropCollection& list)
+{
+  if (come_in_order_of(list, leaving)) {
+    auto next = leaving.begin();
+    return survivors_of(list, [&](vtkProp* prop) {
+      const bool leaves = next != leaving.end() && prop == *next;
+      next += leaves ? 1 : 0;
+      return leaves;
+    });
+  }
+  const std::unordered_set<vtkProp*> table(leaving.begin(), leaving.end());
+  return survivors_of(list, [&](vtkProp* prop) { return table.count(prop) != 0; });
+}
+
 } // namespace
 
 PropList::PropList(vtkRenderer& renderer) : mRenderer(renderer) {}
@@ -104,22 +147,8 @@ void PropList::erase_one_by_one(const std::vector<vtkProp*>& props)
 // the emptied list.
 void PropList::erase_in_one_sweep(const std::vector<vtkProp*>& props)
 {
-  std::unordered_set<vtkObject*> leaving(props.begin(), props.end());
   vtkPropCollection* list = mRenderer.GetViewProps();
-  while (leaving.erase(list->GetItemAsObject(0)) != 0) {
-    list->RemoveItem(0);
-  }
-  if (leaving.empty()) {
-    return;
-  }
-  Props survivors;
-  vtkCollectionSimpleIterator cookie;
-  list->InitTraversal(cookie);
-  while (vtkProp* prop = list->GetNextProp(cookie)) {
-    if (leaving.count(prop) == 0) {
-      survivors.emplace_back(prop);
-    }
-  }
+  const Props survivors = survivors_without(props, *list);
   list->RemoveAllItems();
   for (const auto& prop : survivors) {
     list->AddItem(prop);

@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include <vtkMapper.h>
 #include <vtkObject.h>
 #include <vtkOpenGLPolyDataMapper.h>
 #include <vtkRenderWindow.h>
@@ -27,6 +28,19 @@ public:
 
 private:
   int mBefore = vtkObject::GetGlobalWarningDisplay();
+};
+
+/// Never made: these are ways to what VTK keeps for subclasses.
+class ObjectInsides : public vtkObject
+{
+public:
+  static constexpr auto Observers = &ObjectInsides::SubjectHelper;
+};
+
+class MapperInsides : public vtkMapper
+{
+public:
+  static constexpr auto GivenLookupTable = &MapperInsides::LookupTable;
 };
 
 } // namespace
@@ -62,6 +76,16 @@ void clear_in_render_status(vtkRenderWindow& window)
 {
   window.ClearInRenderStatus();
   window.SetInAbortCheck(0);
+}
+
+bool has_ever_been_observed(const vtkObject& object)
+{
+  return object.*ObjectInsides::Observers != nullptr;
+}
+
+vtkScalarsToColors* given_lookup_table(const vtkMapper& mapper)
+{
+  return mapper.*MapperInsides::GivenLookupTable;
 }
 
 const char* polygon_fragment_shader()

@@ -4,10 +4,12 @@
 
 #include <string>
 
+class vtkMapper;
 class vtkObject;
 class vtkOpenGLPolyDataMapper;
 class vtkRenderer;
 class vtkRenderWindow;
+class vtkScalarsToColors;
 
 /// Everything whose spelling depends on the VTK version. Moving to another VTK is a change to this header and
 /// VTKSeam.cxx.
@@ -36,6 +38,12 @@ void compute_aspect_afresh(vtkRenderer& renderer, vtkRenderWindow& window);
 /// Lets a window render again after an exception has left its Render: VTK keeps a flag that would make it
 /// ignore every later request.
 void clear_in_render_status(vtkRenderWindow& window);
+
+/// Whether anybody observes the object or has done so. VTK itself only tells of one event at a time.
+[[nodiscard]] bool has_ever_been_observed(const vtkObject& object);
+
+/// The mapper's lookup table, null if nobody has asked for one; VTK's own question would make one.
+[[nodiscard]] vtkScalarsToColors* given_lookup_table(const vtkMapper& mapper);
 
 /// VTK's own fragment shader for polygon data, in GLSL with the marks "//VTK::…" where its mappers put code.
 [[nodiscard]] const char* polygon_fragment_shader();
