@@ -15,6 +15,8 @@
 #include <memory>
 #include <type_traits>
 
+#include <X11/Xlib.h> // last: it defines None, Status and other words
+
 // The interface only passes pointers to these through.
 class MRefEntity
 {};

@@ -107,6 +107,7 @@ void Commands::execute(const KeyAction& action)
 void Commands::end_loop()
 {
   stop();
+  mInteractor.Disable(); // events that still wait do nothing
   mInteractor.SetDone(true);
 }
 
