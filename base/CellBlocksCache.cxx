@@ -71,13 +71,14 @@ std::shared_ptr<const CellBlocks> CellBlocksCache::blocks_of(vtkPointSet& data, 
   if (!mesh.has_cell_arrays()) {
     return nullptr;
   }
+  auto blocks = std::make_shared<const CellBlocks>(mesh); // may throw: nothing is known of the data set then
   Entry& entry = mEntries[&data];
   if (entry.data == nullptr) {
     entry.data = &data;
     entry.tag = data.AddObserver(vtkCommand::DeleteEvent, mDeletion);
   }
   entry.state = std::move(state);
-  entry.blocks = std::make_shared<const CellBlocks>(mesh);
+  entry.blocks = std::move(blocks);
   return entry.blocks;
 }
 

@@ -114,7 +114,9 @@ MORROW_BASE_EXPORT bool IntersectQuadWithLine(double* pt1, double* pt2, double* 
 ///
 /// So a point **on an edge lies inside a clockwise triangle and outside a counter-clockwise one**. A triangle
 /// without area counts as clockwise: it holds the points of its line, which may reach beyond its corners, and
-/// one whose three corners coincide holds every point. Only x and y are read.
+/// one whose three corners coincide holds every point. A NaN is above 0 in none of these comparisons: a
+/// triangle with one counts as clockwise, with no point beyond the sides that have one, and a point with one
+/// lies in every clockwise triangle. Only x and y are read.
 [[nodiscard]] MORROW_BASE_EXPORT bool is_point_in_triangle(const double* p, const double* A, const double* B,
                                                            const double* C);
 

@@ -42,7 +42,11 @@ class WindowDepth;
 /// set is never found.
 ///
 /// In a region pick of touching cells, a triangle that is seen exactly edge-on, as a line, counts by its
-/// sides and corners. It never counts as one that has the whole region inside.
+/// sides and corners. When that line, made longer, goes exactly through a box's corner (xmin, ymin), a
+/// lasso's first vertex or a circle's centre, it may count as a triangle around the region too, by the rule
+/// of `MRPickUtil::is_point_in_triangle`, but not when all of it lies beyond one side of the region. A
+/// triangle whose corners are one point of the data counts wherever it is, if the region's box meets that of
+/// the data set.
 ///
 /// Between picks the pickers keep bounds of runs of cells, less than one byte a cell, for the data sets they
 /// have picked in; a data set takes its own along when it dies, and the last picker all of them. A host that

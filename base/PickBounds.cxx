@@ -5,6 +5,7 @@
 #include "MRUtil.h"
 #include "PlanarTests.h"
 #include "PolygonGrid.h"
+#include "ViewCalls.h" // exceptions that wait
 
 #include <algorithm>
 #include <array>
@@ -81,8 +82,14 @@ void PickPolygon::set_polygon(int n, const double (*pts)[2])
   for (int i = 0; i < count; ++i) {
     ring.push_back({pts[i][0], pts[i][1], 0.0});
   }
-  MRUtil::triangulate_polygon(count, reinterpret_cast<double(*)[3]>(ring.data()), triangles, edges, points);
+  const std::exception_ptr thrown = morrow::exception_of([&] {
+    auto* const corners = reinterpret_cast<double(*)[3]>(ring.data());
+    MRUtil::triangulate_polygon(count, corners, triangles, edges, points);
+  });
   createBoundingBox();
+  if (thrown != nullptr) {
+    std::rethrow_exception(thrown);
+  }
 }
 
 void PickPolygon::createBoundingBox()

@@ -20,8 +20,10 @@ class RegionFilter;
 ///
 /// All coordinates are display coordinates: pixels, origin at the window's lower left corner. Of a point, 3
 /// doubles, only x and y are read. Every question is answered for every double; NaN touches nothing unless it
-/// is said otherwise. No answer throws, but where it is said so. Regions are plain values: they may be
-/// copied, and hold no pointer to anything outside.
+/// is said otherwise: a triangle with a corner that is no number holds what its other side does not exclude,
+/// as told at `MRPickUtil::is_point_in_triangle`, and with more than one such corner it touches everything.
+/// No answer throws, but where it is said so. Regions are plain values: they may be copied, and hold no
+/// pointer to anything outside.
 class MORROW_BASE_EXPORT PickBounds
 {
 public:
@@ -88,7 +90,7 @@ public:
 ///
 /// - point: it lies in one of the triangles by `MRPickUtil::is_point_in_triangle`. Points on the border or on
 ///   a line where two triangles meet are therefore inside when the triangles are clockwise and outside when
-///   they are not.
+///   they are not, and so is a point that is no number.
 /// - segment: one of its ends is inside, or it crosses a boundary edge by
 ///   `MRPickUtil::does_line_intersect_line`.
 /// - triangle: a is inside, or an edge (a, b), (b, c), (c, a) touches the polygon, or the polygon's first
@@ -114,7 +116,8 @@ public:
   /// pts: n points x, y in the order of the ring, not closed; they are copied. Fewer than three, n <= 0 and
   /// null included, make a polygon without triangles, which touches nothing but boxes. A coordinate that is
   /// not finite gives the error message of `MRUtil::triangulate_polygon` and no triangles. The work grows
-  /// with n and with the number of crossings, which is up to n²/2. May throw std::bad_alloc.
+  /// with n and with the number of crossings, which is up to n²/2. May throw std::bad_alloc; what the print
+  /// function throws comes out when the polygon is set.
   void set_polygon(int n, const double (*pts)[2]);
 
   /// Sets `bbox` around all of `points`; called by set_polygon. Fewer than 2 values in `points` leave it as

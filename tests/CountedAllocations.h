@@ -7,11 +7,12 @@
 #include <cstdlib>
 #include <new>
 
-/// Replaces operator new and delete of the whole program to count allocations. For one source file of a
-/// program only.
+/// Replaces operator new and delete of the whole program to count allocations, and to let memory run out. For
+/// one source file of a program only.
 namespace morrow_test {
 
-inline std::uint64_t gAllocations = 0; ///< of this process with operator new, so far
+inline std::uint64_t gAllocations = 0;            ///< of this process with operator new, so far
+inline std::size_t gLargestAllocation = SIZE_MAX; ///< bytes; for more there is no memory
 
 } // namespace morrow_test
 
@@ -19,7 +20,7 @@ inline std::uint64_t gAllocations = 0; ///< of this process with operator new, s
 [[gnu::noinline]] void* operator new(std::size_t size)
 {
   ++morrow_test::gAllocations;
-  void* memory = std::malloc(size);
+  void* memory = size <= morrow_test::gLargestAllocation ? std::malloc(size) : nullptr;
   if (memory == nullptr) {
     throw std::bad_alloc();
   }

@@ -212,6 +212,35 @@ TEST_F(GPickerListsTest, EchoGivesThePickedListToEachObserver)
   EXPECT_EQ(gEchoes.size(), 3U);
 }
 
+/// Hit at (x, 0, x).
+EntitySelection selected_at(float x, GPicked::PickedEntity* entity)
+{
+  const float point[3] = {x, 0.0F, x};
+  return {entity, point, 0.0F};
+}
+
+TEST_F(GPickerListsTest, EachEntityComesWithThePointAtWhichTheListHasIt)
+{
+  using Points = std::vector<std::array<float, 3>>;
+  PickRecorder recorder;
+  add_to_picked_list({selected_at(7, new FaceEntity(2)), selected_at(8, new FaceEntity(1))});
+  EXPECT_EQ(recorder.hit_points, Points({{8, 0, 8}, {7, 0, 7}})); // face 1, face 2
+  add_to_picked_list({selected_at(6, new FaceEntity(0))});
+  EXPECT_EQ(recorder.hit_points, Points({{6, 0, 6}}));
+  add_to_picked_list({selected_at(9, new FaceEntity(2))}); // stays as it is
+  gEchoes.clear();
+  GPickerBase::add_echo_observer(&echo);
+  GPickerBase::echo_ids();
+  GPickerBase::remove_echo_observer(&echo);
+  EXPECT_EQ(gEchoes, std::vector<Texts>({{"face 1 at 8", "face 2 at 7", "face 0 at 6"}}));
+  const Held<FaceEntity> two(2);
+  const Held<FaceEntity> one(1);
+  remove_from_picked_list({two, one});
+  EXPECT_EQ(recorder.hit_points, Points({{7, 0, 7}, {8, 0, 8}}));
+  GPickerBase::clear_picked_list();
+  EXPECT_EQ(recorder.hit_points, Points({{6, 0, 6}}));
+}
+
 void echo_fault(int, const GPicked::PickedEntity* const*, const float* const*)
 {
   throw std::runtime_error("host");
@@ -408,6 +437,32 @@ TEST_F(GPickerListsTest, ThePreSelectionIsAListOfOne)
   EXPECT_EQ(text_of(list->entity()), "face 1");
   EXPECT_EQ(list->distance(), 4.0F);
   EXPECT_EQ(list->point()[1], 2.0F);
+  GPickerBase::set_pre_selection(select(new FaceEntity(1), 9.0F)); // the same entity: nothing happens
+  GPickerBase::get_pre_selections(list, count);
+  EXPECT_EQ(list->distance(), 4.0F);
+  EXPECT_EQ(TestEntity::gAlive, 1);
+}
+
+TEST_F(GPickerListsTest, ThePreSelectionIsTheOldOneUntilItHasBeenToldOff)
+{
+  PickRecorder recorder;
+  std::vector<std::pair<std::string, float>> states; // what is told, and what is the pre-selection then
+  recorder.on_call = [&] {
+    const EntitySelection* list = nullptr;
+    int count = 0;
+    GPickerBase::get_pre_selections(list, count);
+    states.emplace_back(recorder.calls.back() + ", is " + pre_selection_text(), list->point()[0]);
+  };
+  GPickerBase::set_pre_selection(selected_at(5, new FaceEntity(1)));
+  EXPECT_EQ(recorder.hit_points.at(0)[0], 5.0F);
+  GPickerBase::set_pre_selection(selected_at(6, new FaceEntity(2)));
+  EXPECT_EQ(recorder.hit_points.at(0)[0], 6.0F);
+  GPickerBase::set_pre_selection(selected_at(7, nullptr));
+  EXPECT_EQ(recorder.hit_points.at(0)[0], 6.0F); // of the one that went
+  EXPECT_EQ(states, (std::vector<std::pair<std::string, float>>{{"on face 1, is face 1", 5.0F},
+                                                                {"off face 1, is face 1", 5.0F},
+                                                                {"on face 2, is face 2", 6.0F},
+                                                                {"off face 2, is face 2", 6.0F}}));
 }
 
 // ---- Size

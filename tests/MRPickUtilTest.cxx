@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "MRPickUtil.h"
 
+#include "CountedAllocations.h"
 #include "LiteralPickGeometry.h"
 #include "PickInputs.h"
 
@@ -456,6 +457,13 @@ TEST(IsPointInTriangleTest, AnEdgeIsInsideAClockwiseTriangleOnly)
   EXPECT_TRUE(MRPickUtil::is_point_in_triangle(beyond, a, d, b));
   EXPECT_FALSE(MRPickUtil::is_point_in_triangle(inside, a, d, b));
   EXPECT_TRUE(MRPickUtil::is_point_in_triangle(outside, a, a, a));
+  // No number is above 0.
+  const double nowhere[2] = {kNan, kNan};
+  EXPECT_TRUE(MRPickUtil::is_point_in_triangle(nowhere, a, c, b));
+  EXPECT_FALSE(MRPickUtil::is_point_in_triangle(nowhere, a, b, c));
+  EXPECT_TRUE(MRPickUtil::is_point_in_triangle(inside, nowhere, c, b));
+  EXPECT_FALSE(MRPickUtil::is_point_in_triangle(inside, nowhere, b, c));
+  EXPECT_TRUE(MRPickUtil::is_point_in_triangle(outside, nowhere, b, nowhere));
 }
 
 TEST(PickGeometryTest, TheTestsInThePlaneAreTheLiteralOnes)
@@ -587,6 +595,30 @@ TEST_F(DisplayBoxTest, WithoutAWindowItIsThePointAtTheOrigin)
   expect_box(MRPickUtil::convert_world_bbox_to_display_bbox(bounds, matrix, nullptr), 0, 0, 0, 0);
   expect_box(MRPickUtil::convert_world_bbox_to_display_bbox(bounds, nullptr, renderer), 0, 0, 0, 0);
   expect_box(MRPickUtil::convert_world_bbox_to_display_bbox(nullptr, matrix, renderer), 0, 0, 0, 0);
+}
+
+TEST_F(DisplayBoxTest, NoFunctionAllocates)
+{
+  double p[6][3] = {{0, -0.5, 1}, {0, -0.5, -1}, {-1, 0, 0}, {0, -4, 0}, {1, 0, 0}, {0, 4, 0}};
+  const double bounds[6] = {-1, 1, -1, 1, -1, 1};
+  const int* size = window->GetSize();
+  double t = 0.0;
+  double display[3];
+  const std::uint64_t before = morrow_test::gAllocations;
+  double sum = MRPickUtil::Dot(p[0], p[1]) + MRPickUtil::DistanceBetweenPoints(p[0], p[1]);
+  sum += DistanceToLine(p[0], p[1], p[2], t, display);
+  int hits = lines(p, 10.0).answer > 0.0 ? 1 : 0;
+  hits += triangle(p, 10.0).answer > 0.0 ? 1 : 0;
+  hits += quad(p, 10.0).answer > 0.0 ? 1 : 0;
+  hits += MRPickUtil::does_line_intersect_line(p[2], p[4], p[3], p[5]) ? 1 : 0;
+  hits += MRPickUtil::is_point_in_triangle(p[0], p[2], p[3], p[4]) ? 1 : 0;
+  MRPickUtil::view_to_display(p[0], display, size, renderer->GetViewport());
+  const BrantBox box = MRPickUtil::convert_world_bbox_to_display_bbox(bounds, matrix, renderer);
+  const std::uint64_t after = morrow_test::gAllocations;
+  EXPECT_EQ(after, before);
+  EXPECT_EQ(hits, 5);
+  EXPECT_GT(sum, 0.0);
+  EXPECT_FALSE(box.is_empty());
 }
 
 TEST_F(DisplayBoxTest, IsTheLiteralOne)

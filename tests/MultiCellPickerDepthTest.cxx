@@ -115,6 +115,7 @@ TEST_F(MultiCellPickerDepthTest, AgreesWithTheLiteralVersion)
   literal->visible_only = true;
   show(*mView, flat_actor(morrow_test::sphere(0.5, 40), kRed));
   mView->render();
+  int counts[2] = {0, 0}; // of hidden cells and visible ones
   for (const bool touching : {false, true}) {
     MultiCellPicker::mBoxPickAcceptPartialCells = literal->touching_cells = touching;
     for (const double size : {20.0, 45.0, 60.0}) {
@@ -124,8 +125,15 @@ TEST_F(MultiCellPickerDepthTest, AgreesWithTheLiteralVersion)
       mPicker->PickByBounds(&box, mView->get_renderer());
       literal->pick_by_bounds(&box, mView->get_renderer());
       EXPECT_EQ("", difference(literal->records, mPicker->get_cell_picks())) << size << touching;
+      for (const auto& record : literal->records) {
+        for (const auto& cell : record.cells) {
+          ++counts[cell.Visible ? 1 : 0];
+        }
+      }
     }
   }
+  EXPECT_LT(100, counts[0]);
+  EXPECT_LT(100, counts[1]);
 }
 
 TEST_F(MultiCellPickerDepthTest, TheOverlayHidesNothingAndIsStillThere)

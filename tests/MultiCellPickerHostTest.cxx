@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the libmorrow_base authors
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellPickFixture.h"
+#include "CountedAllocations.h"
 
 #include <gtest/gtest.h>
 
@@ -52,6 +53,33 @@ TEST_F(MultiCellPickerHostTest, AChangedDataSetIsPickedAsItIsNow)
   EXPECT_FALSE(hits(80));
   ball->DeepCopy(quad(-0.1, -0.1, 0.1, 0.1));
   EXPECT_TRUE(hits(50));
+}
+
+TEST_F(MultiCellPickerHostTest, APickWithoutMemoryLeavesNothingOfTheDataAsTheyWere)
+{
+  const vtkSmartPointer<vtkPolyData> ball = morrow_test::sphere(0.3, 100);
+  const auto actor = this->show(ball);
+  const auto hits = [&](double x) {
+    const double p1[3] = {x, 0, 5};
+    const double p2[3] = {x, 0, -5};
+    mPicker->Initialize();
+    mPicker->IntersectWithLine(p1, p2, 0.01, nullptr, actor, actor->GetMapper());
+    return !picks().empty();
+  };
+  ASSERT_TRUE(hits(0.0));
+  vtkPoints* points = ball->GetPoints();
+  for (vtkIdType i = 0; i < points->GetNumberOfPoints(); ++i) {
+    double p[3];
+    points->GetPoint(i, p);
+    points->SetPoint(i, p[0] + 1.0, p[1], p[2]);
+  }
+  points->Modified();
+  ball->GetBounds();
+  morrow_test::gLargestAllocation = 4000; // the bounds of 19,800 cells take 15 kB
+  EXPECT_THROW(hits(1.0), std::bad_alloc);
+  morrow_test::gLargestAllocation = SIZE_MAX;
+  EXPECT_TRUE(hits(1.0));
+  EXPECT_FALSE(hits(0.0));
 }
 
 TEST_F(MultiCellPickerHostTest, ArraysThatGrowAreSeenWithoutAWord)
@@ -204,7 +232,9 @@ TEST_F(MultiCellPickerHostTest, ObserversMayLetGoOfRendererAndPicker)
     renderer = nullptr;
     picker = nullptr;
   });
+  double corners[4] = {0, 0, 100, 100};
   PickBox box;
+  box.set_box(corners);
   EXPECT_EQ(0, raw->PickByBounds(&box, renderer)); // without its window nothing is found
 }
 

@@ -192,6 +192,17 @@ TEST_F(MultiCellPickerTest, MappersThatAreNoneOrHaveNoDataAreSkipped)
   EXPECT_EQ(2.0, mPicker->IntersectWithBounds(nullptr, identity, nullptr, volume, empty, mRenderer));
   EXPECT_EQ(2.0, mPicker->IntersectWithBounds(&box, identity, nullptr, volume, empty, mRenderer));
   EXPECT_TRUE(picks().empty());
+
+  const auto actor = this->show(quad(-0.5, -0.5, 0.5, 0.5));
+  vtkMapper* good = actor->GetMapper();
+  vtkNew<vtkRenderer> lonely;
+  double corners[4] = {-1e6, -1e6, 1e6, 1e6};
+  box.set_box(corners);
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(nullptr, identity, nullptr, actor, good, mRenderer));
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(&box, nullptr, nullptr, actor, good, mRenderer));
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(&box, identity, nullptr, actor, good, nullptr));
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(&box, identity, nullptr, actor, good, lonely));
+  EXPECT_TRUE(picks().empty());
 }
 
 TEST_F(MultiCellPickerTest, ImageDataIsPickedByRayButNotByRegion)
@@ -381,6 +392,40 @@ TEST_F(MultiCellPickerTest, ATriangleWithItsCornersInOnePlaceTouchesEverything)
   EXPECT_EQ(std::vector<int>({2}), this->cells());
 }
 
+TEST_F(MultiCellPickerTest, ATriangleSeenEdgeOnIsNotFoundBesideTheRegion)
+{
+  MultiCellPicker::mBoxPickAcceptPartialCells = true;
+  // In the plane x = y, which the camera sees as a line through the middle.
+  const auto pick_from_to = [this](double from, double to) {
+    vtkNew<vtkPoints> points;
+    points->InsertNextPoint(from, from, 0.0);
+    points->InsertNextPoint(to, to, 0.0);
+    points->InsertNextPoint(to, to, 1.0);
+    points->InsertNextPoint(-0.9, -0.9, 0.0);
+    points->InsertNextPoint(0.9, 0.9, 0.0);
+    vtkNew<vtkCellArray> polys;
+    polys->InsertNextCell({0, 1, 2});
+    vtkNew<vtkCellArray> vertices; // they make the box around the data set meet the region
+    vertices->InsertNextCell({3});
+    vertices->InsertNextCell({4});
+    vtkNew<vtkPolyData> data;
+    data->SetPoints(points);
+    data->SetVerts(vertices);
+    data->SetPolys(polys);
+    this->show(data);
+    const double center[2] = {50, 50};
+    PickCircle circle;
+    circle.set_circle(center, 10);
+    const int found = mPicker->PickByBounds(&circle, mRenderer);
+    mRenderer->RemoveAllViewProps();
+    return found;
+  };
+  EXPECT_EQ(1, pick_from_to(-0.5, 0.5)); // right through
+  EXPECT_EQ(1, pick_from_to(0.1, 0.5));  // with a corner inside
+  EXPECT_EQ(0, pick_from_to(0.25, 0.5)); // to the right of it and above
+  EXPECT_EQ(0, pick_from_to(-0.5, -0.25));
+}
+
 TEST_F(MultiCellPickerTest, CirclesAndLassosPickLikeBoxes)
 {
   this->show(two_triangles());
@@ -423,6 +468,51 @@ TEST_F(MultiCellPickerTest, RegionsOfTheHostAreAsked)
   EXPECT_EQ(std::vector<int>({0}), this->cells());
 }
 
+/// Keeps the boxes that it is asked for, and says the same of each.
+struct BoxRegion : LeftHalf
+{
+  bool intersects_with_bbox(const BrantBox& box) const override
+  {
+    boxes.push_back(box);
+    return answer;
+  }
+  mutable std::vector<BrantBox> boxes;
+  bool answer = true;
+};
+
+TEST_F(MultiCellPickerTest, ADataSetIsSkippedUnlessTheRegionMeetsItsBoxOnTheScreen)
+{
+  MultiCellPicker::mBoxPickAcceptPartialCells = true;
+  this->show(two_triangles());
+  BoxRegion region;
+  EXPECT_EQ(1, mPicker->PickByBounds(&region, mRenderer));
+  region.answer = false;
+  EXPECT_EQ(0, mPicker->PickByBounds(&region, mRenderer));
+  ASSERT_EQ(2U, region.boxes.size());
+  for (const BrantBox& box : region.boxes) {
+    EXPECT_LT((box.minimum() - BrantVector(10, 35, 0)).length(), 1e-4);
+    EXPECT_LT((box.maximum() - BrantVector(90, 65, 0)).length(), 1e-4);
+  }
+}
+
+TEST_F(MultiCellPickerTest, ARecordHasItsRegionWhileThePickRuns)
+{
+  const auto actor = this->show(quad(-0.5, -0.5, 0.5, 0.5));
+  double corners[4] = {0, 0, 100, 100};
+  PickBox box;
+  box.set_box(corners);
+  const PickBounds* at_end = nullptr;
+  const EventHook end(mPicker, vtkCommand::EndPickEvent, [&] { at_end = picks().at(0)->Region; });
+  EXPECT_EQ(1, mPicker->PickByBounds(&box, mRenderer));
+  EXPECT_EQ(&box, at_end);
+  EXPECT_EQ(nullptr, picks()[0]->Region);
+  mPicker->Initialize();
+  vtkNew<vtkMatrix4x4> identity; // the data's own coordinates are those of the view
+  EXPECT_EQ(2.0, mPicker->IntersectWithBounds(&box, identity, nullptr, actor, actor->GetMapper(), mRenderer));
+  ASSERT_EQ(1U, picks().size());
+  EXPECT_EQ(&box, picks()[0]->Region); // of a call from outside
+}
+
 TEST_F(MultiCellPickerTest, WithoutARendererARegionPickIsAnError)
 {
   this->show(quad(-1, -1, 1, 1));
@@ -453,12 +543,66 @@ TEST_F(MultiCellPickerTest, WithoutRegionWindowOrPixelsNothingIsFound)
   EXPECT_EQ(0, mPicker->PickByBounds(nullptr, mRenderer));
   vtkNew<vtkRenderer> lonely;
   lonely->AddActor(flat_actor(quad(-1, -1, 1, 1), kRed));
+  double corners[4] = {-1e6, -1e6, 1e6, 1e6};
   PickBox box;
+  box.set_box(corners);
   EXPECT_EQ(0, mPicker->PickByBounds(&box, lonely));
   EXPECT_EQ(0, mPicker->Pick(0, 0, 0, lonely));
   MultiCellPicker::mSelectVisibleOnly = true; // of a window that has never been rendered
   EXPECT_EQ(1, this->pick_all());
   EXPECT_TRUE(picks()[0]->SubPicks[0].Visible);
+}
+
+// Of a window without a frame, whose depth is that of the far plane everywhere.
+TEST_F(MultiCellPickerTest, OnlyWhatLiesOnThePixelsOfTheWindowIsVisible)
+{
+  MultiCellPicker::mSelectVisibleOnly = true;
+  const auto is_visible = [this](double x0, double y0, double x1, double y1) {
+    const auto actor = this->show(quad(x0, y0, x1, y1));
+    EXPECT_EQ(1, this->pick_all());
+    mRenderer->RemoveActor(actor);
+    return !picks().empty() && picks()[0]->SubPicks[0].Visible;
+  };
+  EXPECT_TRUE(is_visible(-0.99, -0.99, 0.99, 0.99));
+  // Half a pixel beyond: cut towards 0 this is pixel 0 on the left and below, but pixel 100 on the right.
+  EXPECT_TRUE(is_visible(-1.01, 0.0, 0.5, 0.5));
+  EXPECT_TRUE(is_visible(0.0, -1.01, 0.5, 0.5));
+  EXPECT_FALSE(is_visible(0.0, 0.0, 1.01, 0.5));
+  EXPECT_FALSE(is_visible(0.0, 0.0, 0.5, 1.01));
+  EXPECT_FALSE(is_visible(-1.03, 0.0, 0.5, 0.5)); // pixel -1
+  EXPECT_FALSE(is_visible(0.0, -1.03, 0.5, 0.5));
+}
+
+TEST_F(MultiCellPickerTest, WholeCellsAreVisibleBetweenTheClippingPlanesOnly)
+{
+  MultiCellPicker::mSelectVisibleOnly = true;
+  const auto visible = [this](double z) { // as a whole cell, then as one that touches
+    const auto actor = this->show(quad(-0.5, -0.5, 0.5, 0.5, z));
+    std::string found;
+    for (const bool touching : {false, true}) {
+      MultiCellPicker::mBoxPickAcceptPartialCells = touching;
+      EXPECT_EQ(1, this->pick_all());
+      found += !picks().empty() && picks()[0]->SubPicks[0].Visible ? "yes " : "no ";
+    }
+    mRenderer->RemoveActor(actor);
+    return found;
+  };
+  // The depth goes from 0 at z = 9 to 1 at z = -10.
+  EXPECT_EQ("yes yes ", visible(8.9));
+  EXPECT_EQ("no yes ", visible(9.1)); // before the near plane
+  EXPECT_EQ("yes yes ", visible(-9.9));
+  EXPECT_EQ("no yes ", visible(-10.1)); // 0.005 beyond the far plane
+  EXPECT_EQ("no no ", visible(-10.3));  // 0.016
+}
+
+TEST_F(MultiCellPickerTest, ARayFindsEverythingVisible)
+{
+  MultiCellPicker::mSelectVisibleOnly = true;
+  this->show(quad(-1, -1, 1, 1, 3.0));
+  this->show(quad(-1, -1, 1, 1, -2.0)); // behind it
+  mPicker->Pick(60, 45, 0, mRenderer);
+  ASSERT_EQ(2U, picks().size());
+  EXPECT_TRUE(picks()[1]->SubPicks[0].Visible);
 }
 
 TEST_F(MultiCellPickerTest, RegionPicksFireStartAndEnd)

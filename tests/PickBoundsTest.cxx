@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <limits>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -102,9 +103,11 @@ TEST(PickBoxTest, TrianglesAreFoundByACornerAnEdgeOrTheBoxesOwnCorner)
   EXPECT_TRUE(box.intersects_with_triangle(Point(-5, 5), Point(15, 5), Point(5, 90)));
   EXPECT_TRUE(box.intersects_with_triangle(Point(-50, -50), Point(90, -50), Point(-50, 90))); // around it
   EXPECT_FALSE(box.intersects_with_triangle(Point(20, 20), Point(90, 20), Point(20, 90)));
-  // Its corner on the edge of a triangle without any other contact: clockwise only.
-  const PickBox dot = box_of(0, 0, 0, 0);
+  const PickBox dot = box_of(0, 0, 0, 0); // no side of it can be crossed
   EXPECT_TRUE(dot.intersects_with_triangle(Point(-3, -1), Point(0, 3), Point(3, -1)));
+  // Its corner on the edge of a triangle without any other contact: clockwise only.
+  EXPECT_TRUE(dot.intersects_with_triangle(Point(-3, 0), Point(0, 3), Point(3, 0)));
+  EXPECT_FALSE(dot.intersects_with_triangle(Point(3, 0), Point(0, 3), Point(-3, 0)));
 }
 
 TEST(PickBoxTest, BoxesTouchWhenTheyOverlap)
@@ -200,7 +203,8 @@ TEST(PickPolygonTest, TheBorderBelongsToAClockwiseLassoOnly)
   const Point on_border(10, 5);
   const PickPolygon polygon = polygon_of(kSquare);
   const PickPolygon reversed = polygon_of(clockwise);
-  EXPECT_NE(polygon.intersects_with_point(on_border), reversed.intersects_with_point(on_border));
+  EXPECT_FALSE(polygon.intersects_with_point(on_border));
+  EXPECT_TRUE(reversed.intersects_with_point(on_border));
 }
 
 TEST(PickPolygonTest, FewerThanThreeVerticesTouchBoxesOnly)
@@ -254,6 +258,25 @@ TEST(PickPolygonTest, CoordinatesThatAreNotFiniteAreAMessage)
     EXPECT_FALSE(polygon.intersects_with_point(Point(1, 1)));
     EXPECT_FALSE(polygon.intersects_with_line(Point(1, 1), Point(2, 2)));
   }
+}
+
+// What the print function throws leaves the new polygon behind, not a part of the old one.
+TEST(PickPolygonTest, AMessageThatThrowsComesOutWhenThePolygonIsSet)
+{
+  PickPolygon polygon = polygon_of(kSquare);
+  EXPECT_TRUE(polygon.intersects_with_point(Point(3, 1)));
+  EXPECT_TRUE(polygon.intersects_with_line(Point(3, -1), Point(3, 11)));
+  MRUtil::PrintFunction before = nullptr;
+  MRUtil::get_print_function(before);
+  MRUtil::set_print_function([](const char*, int, bool) { throw std::runtime_error("host"); });
+  const double pts[3][2] = {{20, 20}, {30, 20}, {kNan, 30}};
+  EXPECT_THROW(polygon.set_polygon(3, pts), std::runtime_error);
+  MRUtil::set_print_function(before);
+  EXPECT_EQ(polygon.points.size(), 9u);
+  EXPECT_FALSE(polygon.intersects_with_point(Point(3, 1)));
+  EXPECT_FALSE(polygon.intersects_with_line(Point(3, -1), Point(3, 11)));
+  EXPECT_FALSE(polygon.intersects_with_bbox(flat_box(1, 1, 2, 2)));
+  EXPECT_TRUE(polygon.intersects_with_bbox(flat_box(25, 15, 26, 25)));
 }
 
 TEST(PickPolygonTest, ChangedByHandItAsksAnewAfterCreateBoundingBox)
@@ -401,6 +424,33 @@ TEST(PickCircleTest, BadRadii)
   EXPECT_TRUE(nan.intersects_with_triangle(Point(-9, -9), Point(9, -9), Point(0, 9))); // around its centre
   EXPECT_FALSE(circle_of(kNan, 0, 5).intersects_with_point(Point(0, 0)));
   EXPECT_TRUE(circle_of(0, 0, kInf).intersects_with_line(Point(1e30, 0), Point(1e30, 1)));
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// What is not a number
+
+// The triangle's rule takes a side that is no number for clockwise: such a triangle has nothing beyond it.
+TEST(PickBoundsTest, NotANumberTouchesNothingButByTheRuleOfTheTriangle)
+{
+  const Point nowhere(kNan, kNan);
+  const Point away(50, 50);
+  const PickBox box = box_of(0, 0, 10, 10);
+  const PickCircle circle = circle_of(5, 5, 4);
+  const PickPolygon lasso = polygon_of(kSquare);
+  const PickPolygon clockwise = polygon_of(Ring(kSquare.rbegin(), kSquare.rend()));
+  for (const PickBounds* region :
+       {static_cast<const PickBounds*>(&box), static_cast<const PickBounds*>(&circle),
+        static_cast<const PickBounds*>(&lasso)}) {
+    EXPECT_FALSE(region->intersects_with_point(nowhere));
+    EXPECT_FALSE(region->intersects_with_point(Point(5, kNan)));
+    EXPECT_FALSE(region->intersects_with_line(nowhere, away));
+    EXPECT_FALSE(region->intersects_with_line(away, Point(kNan, 5)));
+    EXPECT_TRUE(region->intersects_with_triangle(nowhere, nowhere, nowhere));
+    EXPECT_TRUE(region->intersects_with_triangle(nowhere, Point(50, 50), Point(50, 0))); // it is on the right
+    EXPECT_FALSE(region->intersects_with_triangle(nowhere, Point(50, 0), Point(50, 50))); // on the left
+  }
+  EXPECT_TRUE(clockwise.intersects_with_point(nowhere));
+  EXPECT_TRUE(clockwise.intersects_with_line(away, nowhere));
 }
 
 // ---------------------------------------------------------------------------------------------------------

@@ -41,7 +41,11 @@ public:
   TestEntity(const TestEntity&) = delete;
   TestEntity& operator=(const TestEntity&) = delete;
 
-  [[nodiscard]] void* host_object() const override { return nullptr; }
+  [[nodiscard]] void* host_object() const override
+  {
+    ADD_FAILURE() << "this is for the host";
+    return nullptr;
+  }
   [[nodiscard]] const char* type_name() const override { return mType; }
   [[nodiscard]] int id() const override { return mId; }
   [[nodiscard]] int element() const override { return mElement; }
