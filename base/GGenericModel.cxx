@@ -14,6 +14,7 @@
 #include "PrimitiveSlots.h"
 
 #include <vtkActor.h>
+#include <vtkCellArray.h>
 #include <vtkCellType.h>
 #include <vtkMapper.h>
 #include <vtkProperty.h>
@@ -64,6 +65,36 @@ void warn_of(const IndexRuns& runs, const char* operation)
 bool has_mode(int mode)
 {
   return PrimitiveSlots::has(mode, Vertices);
+}
+
+vtkSmartPointer<vtkCellArray> copy_of(vtkCellArray* cells)
+{
+  auto copy = vtkSmartPointer<vtkCellArray>::New();
+  copy->DeepCopy(cells);
+  return copy;
+}
+
+// Where there are polygons the filter makes points of its own, but passes vertices and lines on: those that
+// are added to them before the next update would name points that are not there.
+void keep_apart(vtkPolyData& shown, vtkPolyData& growing)
+{
+  if (shown.GetPoints() == growing.GetPoints()) {
+    return;
+  }
+  if (shown.GetVerts() == growing.GetVerts()) {
+    shown.SetVerts(copy_of(growing.GetVerts()));
+  }
+  if (shown.GetLines() == growing.GetLines()) {
+    shown.SetLines(copy_of(growing.GetLines()));
+  }
+}
+
+void bring_up_to_date(vtkPolyDataNormals& normals)
+{
+  normals.Update();
+  if (auto* growing = vtkPolyData::SafeDownCast(normals.GetInput())) {
+    keep_apart(*normals.GetOutput(), *growing);
+  }
 }
 
 void set_colour(vtkProperty& property, BrantColor colour)
@@ -162,7 +193,7 @@ void GGenericModel::update_parts()
   for (auto* slots : {&kept->by_cells, &kept->by_points}) {
     for (PrimitiveSlot& slot : *slots) {
       if (const vtkSmartPointer<vtkPolyDataNormals> normals = slot.normals) { // host code may clear the model
-        normals->Update();
+        bring_up_to_date(*normals);
       }
     }
   }

@@ -102,7 +102,8 @@ public:
   /// copied. See create_locate_view().
   void add_locate(const BrantVector& position, const char* text);
 
-  // ---- Settings. They hold for what was added before, too.
+  // ---- Settings. They hold for what was added before, too. Sizes and widths are not checked: OpenGL has
+  // none of 0 and below, reports an error in each frame that asks for one, and draws with another.
 
   /// Shows DRAW_DEFAULT in wireframe below mode 3, else its surfaces; then as GModel does.
   void set_render_mode(MRUtil::RenderMode mode) override;

@@ -41,6 +41,13 @@ vtkSmartPointer<vtkPolyData> make_locate_data(const BrantVector& position, const
   return data;
 }
 
+// Null when there is none; a host may have taken all field data away.
+vtkCharArray* label_of(vtkPolyData& data)
+{
+  vtkFieldData* fields = data.GetFieldData();
+  return fields != nullptr ? vtkCharArray::SafeDownCast(fields->GetAbstractArray(LabelName)) : nullptr;
+}
+
 // The terminating zero may be missing.
 std::string text_of(vtkCharArray& label)
 {
@@ -81,9 +88,7 @@ void GGenericModel::add_locate(const BrantVector& position, const char* text)
 std::vector<vtkSmartPointer<vtkProp>> GGenericModel::create_locate_view(vtkDataObject* data, GView* view)
 {
   auto* place = vtkPolyData::SafeDownCast(data);
-  auto* label = place == nullptr
-                    ? nullptr
-                    : vtkCharArray::SafeDownCast(place->GetFieldData()->GetAbstractArray(LabelName));
+  vtkCharArray* label = place != nullptr ? label_of(*place) : nullptr;
   if (label == nullptr || place->GetNumberOfPoints() == 0) {
     MRUtil::print_error("GGenericModel::create_locate_view: no point, or no text \"%s\"\n", LabelName);
     return {};

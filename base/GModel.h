@@ -148,9 +148,10 @@ public:
 
   /// Sets an attribute of one kind of drawing, in all groups of a chain and in all views: calls apply with
   /// the props that views has for data set number index of each group, group by group in the order of the
-  /// chain. views is view_props() of the model that shows the groups; apply may change its parts, but must
-  /// not destroy it. Groups without a data set of that number are passed over; a null group does nothing. An
-  /// empty apply throws std::bad_function_call when it is first needed; exceptions pass on at once.
+  /// chain. views is view_props() of the model that shows the groups; apply may change its parts and views,
+  /// but the props that it was given are gone once it has removed theirs, and it must not destroy the model.
+  /// Groups without a data set of that number are passed over; a null group does nothing. An empty apply
+  /// throws std::bad_function_call when it is first needed; exceptions pass on at once.
   static void set_datagroup_attributes(GDataGroup* group, int index, ViewProps& views,
                                        std::function<void(std::vector<vtkSmartPointer<vtkProp>>&)> apply);
 

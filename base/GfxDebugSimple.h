@@ -22,8 +22,8 @@ class GView;
 /// rendered but by p_display_all(), p_flush(), p_zoom() and p_mouse_xforms().
 ///
 /// Counts below 1, empty boxes and null texts draw nothing. Null arrays and broken lists draw nothing either,
-/// and the model tells of them; see GGenericModel. Operations that need a view do nothing while the model has
-/// none.
+/// polylines of one point and polygons of one or two among them, and the model tells of them; see
+/// GGenericModel. Operations that need a view do nothing while the model has none.
 class MORROW_BASE_EXPORT GfxDebugSimple : public GfxDebug
 {
 public:
@@ -79,7 +79,7 @@ public:
   /// Frames the box in the first view at once; see GView::zoom_box().
   void p_zoom(BrantBox& box) override;
   /// The length at the depth of the world's origin in the first view; see GView::pixel_to_model_length().
-  /// 1.0 without a view.
+  /// 1.0 without a view, and for one whose window has no size.
   void p_display_to_world_length(double pixels, double& length) override;
   /// Prints "Entering mouse mode.  Press 'q' in graphics window to exit mouse mode\n" as information, then
   /// runs the event loop of the first view's interactor until it ends; without an interactor there is none.

@@ -94,7 +94,6 @@ private:
 
   [[nodiscard]] vtkDataSetAttributes* coloured() const;
   [[nodiscard]] vtkSmartPointer<vtkCellArray>& cell_array();
-  void make_cell_arrays();
   void find_points();
   void find_cells();
   void find_colours();

@@ -219,9 +219,9 @@ MORROW_BASE_EXPORT void set_back_pointer(vtkDataSet* data_set, GDataGroupEntity*
 ///
 /// A coordinate that is not finite gives the error message "Tesselation Error: ..." and no triangles. So does
 /// a polygon of more than about 500,000 crossings, which would take minutes and gigabytes: such as one of
-/// 2,100 random points. Errors of the tessellator are messages as well, and the vectors then hold what it has
-/// delivered: it takes a coordinate beyond 1e150 in size as 1e150, with a message for each such point.
-/// std::bad_alloc passes on to the caller.
+/// 2,100 random points, or of 1,300 on one line, as sides that overlap count as well. Errors of the
+/// tessellator are messages as well, and the vectors then hold what it has delivered: it takes a coordinate
+/// beyond 1e150 in size as 1e150, with a message for each such point. std::bad_alloc passes on to the caller.
 ///
 /// A smooth outline of 100,000 points takes a tenth of a second, a jagged one half a minute.
 MORROW_BASE_EXPORT void triangulate_polygon(int count, double points[][3], std::vector<int>& triangles,

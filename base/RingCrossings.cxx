@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <random>
 
 namespace morrow {
@@ -63,15 +64,44 @@ bool cross(const Side& a, const Side& b)
   return separates(a, b) && separates(b, a);
 }
 
-int count_in_sample(const std::vector<double>& ring, Projection projection)
+// Whether a point on the line of the side lies between its ends, and is none of them.
+bool is_between_ends(const std::vector<double>& ring, std::size_t side, std::size_t point)
+{
+  double product = 0.0;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const double p = ring[3 * point + axis];
+    product += (p - ring[3 * side + axis]) * (p - ring[(3 * side + 3) % ring.size() + axis]);
+  }
+  return product < 0.0;
+}
+
+bool are_on_one_line(const std::vector<double>& ring, std::size_t a, std::size_t b)
+{
+  return std::all_of(std::begin(Projections), std::end(Projections), [&](Projection projection) {
+    const Side line = side_of(ring, a, projection);
+    const Side side = side_of(ring, b, projection);
+    return turn(line, side.from) == 0.0 && turn(line, side.to) == 0.0;
+  });
+}
+
+// Whether one of them ends inside the other, on the same line.
+bool overlap(const std::vector<double>& ring, std::size_t a, std::size_t b)
 {
   const std::size_t num_sides = ring.size() / 3;
+  return are_on_one_line(ring, a, b) &&
+         (is_between_ends(ring, a, b) || is_between_ends(ring, a, (b + 1) % num_sides) ||
+          is_between_ends(ring, b, a) || is_between_ends(ring, b, (a + 1) % num_sides));
+}
+
+template<typename Question>
+int count_in_sample(std::size_t num_sides, Question&& question)
+{
   std::mt19937 random; // its sequence is the same everywhere, unlike that of a distribution
   int count = 0;
   for (int i = 0; i < SampleSize; ++i) {
     const std::size_t a = random() % num_sides;
     const std::size_t b = (a + 1 + random() % (num_sides - 1)) % num_sides; // any but a
-    count += cross(side_of(ring, a, projection), side_of(ring, b, projection)) ? 1 : 0;
+    count += question(a, b) ? 1 : 0;
   }
   return count;
 }
@@ -87,8 +117,11 @@ double estimate_crossings(const std::vector<double>& ring)
   }
   int count = 0;
   for (const Projection projection : Projections) {
-    count = std::max(count, count_in_sample(ring, projection));
+    count = std::max(count, count_in_sample(num_sides, [&](std::size_t a, std::size_t b) {
+                       return cross(side_of(ring, a, projection), side_of(ring, b, projection));
+                     }));
   }
+  count += count_in_sample(num_sides, [&](std::size_t a, std::size_t b) { return overlap(ring, a, b); });
   const double num_pairs = 0.5 * static_cast<double>(num_sides) * static_cast<double>(num_sides - 1);
   return num_pairs * count / SampleSize;
 }

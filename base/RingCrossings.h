@@ -6,9 +6,10 @@
 
 namespace morrow {
 
-/// About how many pairs of sides of a planar ring cross each other, in a time that does not depend on the
-/// ring: the share of crossing pairs in a fixed sample, times the number of pairs. Sides that only touch or
-/// cover each other do not count. The ring is x, y, z of each point; fewer than four have no crossing.
+/// About how many pairs of sides of a planar ring cross each other, or lie on one line and overlap, in a time
+/// that does not depend on the ring: the share of such pairs in a fixed sample, times the number of pairs.
+/// Sides that only touch at an end do not count, nor do those that have both ends in common. The ring is
+/// x, y, z of each point; fewer than four have no crossing.
 [[nodiscard]] double estimate_crossings(const std::vector<double>& ring);
 
 } // namespace morrow

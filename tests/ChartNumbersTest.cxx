@@ -41,7 +41,7 @@ TEST(ChartNumbersTest, TicksAreQuartersBelowTheTopTenth)
   EXPECT_EQ(count_ticks(10), (Ticks{0, 2, 4, 6, 8, 10})); // 10 · 8 < 9 · 10
   EXPECT_EQ(count_ticks(100), (Ticks{0, 25, 50, 75, 100}));
   EXPECT_EQ(count_ticks(7), (Ticks{0, 1, 2, 3, 4, 5, 6, 7}));
-  // 10 · 9 = 9 · 10 is no longer below; 18 of 19 is.
+  // 80 is below 81, and 160 below 171.
   EXPECT_EQ(count_ticks(9), (Ticks{0, 2, 4, 6, 8, 9}));
   EXPECT_EQ(count_ticks(19), (Ticks{0, 4, 8, 12, 16, 19}));
 }

@@ -450,18 +450,77 @@ TEST_F(GGenericModelListTest, PartFollowsItsSlotWithoutAnUpdate)
   EXPECT_EQ(point_slot(mModel).GetNumberOfCells(), static_cast<vtkIdType>(cells.size()));
 }
 
+// Beside polygons the part has points of its own, and must not know vertices and lines of later ones.
+TEST_F(GGenericModelListTest, PartWithPolygonsNamesOnlyPointsThatItHas)
+{
+  PlainView view;
+  mModel.add_view(&view);
+  mModel.add_polydata(one_triangle(), BRANT_RED, MRUtil::DRAW_FILLED); // no vertices and lines yet
+  for (const vtkIdType num_updated : {1, 11}) {                        // a strip becomes two triangles
+    mModel.update_parts();
+    auto* part = part_of(view);
+    EXPECT_EQ(part->GetNumberOfCells(), num_updated);
+    const vtkMTimeType before = part->GetMTime();
+    mModel.add_polydata(all_kinds(), BRANT_RED, MRUtil::DRAW_FILLED);
+    EXPECT_EQ(part->GetMTime(), before);
+    const std::vector<Cell> cells = cells_of(*part);
+    EXPECT_EQ(cells.size(), static_cast<std::size_t>(num_updated));
+    for (const Cell& cell : cells) {
+      for (const vtkIdType id : cell.ids) {
+        EXPECT_LT(id, part->GetNumberOfPoints());
+      }
+    }
+  }
+  mModel.update_parts();
+  vtkPolyData& made = point_slot(mModel);
+  EXPECT_EQ(part_of(view)->GetNumberOfVerts(), made.GetNumberOfVerts());
+  EXPECT_EQ(part_of(view)->GetNumberOfLines(), made.GetNumberOfLines());
+  EXPECT_EQ(made.GetNumberOfLines(), 4);
+}
+
+TEST_F(GGenericModelListTest, PartOfPolygonsWaitsForTheUpdate)
+{
+  PlainView view;
+  mModel.add_view(&view);
+  mModel.add_tri(mPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  mModel.update_parts();
+  for (int i = 0; i < 1000; ++i) {
+    mModel.add_tri(mPoints.data(), BRANT_RED, MRUtil::DRAW_FILLED);
+  }
+  EXPECT_EQ(cells_of(*part_of(view)), (std::vector<Cell>{{VTK_TRIANGLE, {0, 1, 2}}}));
+  mModel.update_parts();
+  EXPECT_EQ(cells_of(*part_of(view)).size(), 1001U);
+}
+
 // --- Slots that the host has changed
 
 TEST_F(GGenericModelListTest, SlotThatWasEmptiedGoesOn)
 {
+  const int types[] = {VTK_VERTEX, VTK_LINE, VTK_POLYGON};
+  const List list = {3, 0, 1, 2};
+  const auto add = [&](int kind, int count) {
+    if (kind == kVertices) {
+      mModel.add_points(1, mPoints.data(), BRANT_RED, MRUtil::DRAW_OUTLINE);
+    } else if (kind == kLines) {
+      add_polylines(count, list);
+    } else {
+      add_polygons(count, list);
+    }
+  };
   for (int kind = 0; kind < 3; ++kind) {
-    add_polygons(4, {3, 0, 1, 2});
-    polygons().Initialize();
-    add_polygons(4, {3, 1, 2, 3});
-    EXPECT_EQ(cells_of(polygons()), (std::vector<Cell>{{VTK_POLYGON, {1, 2, 3}}}));
-    EXPECT_EQ(colours_of(polygons().GetCellData()), Colours{BRANT_RED});
-    EXPECT_NO_THROW(mModel.update_parts());
-    polygons().Initialize();
+    SCOPED_TRACE(kind);
+    vtkPolyData& data = slot(mModel, MRUtil::DRAW_OUTLINE, kind);
+    for (int round = 0; round < 2; ++round) {
+      add(kind, 4);
+      data.Initialize();
+      add(kind, 4);
+      const std::vector<vtkIdType> ids =
+          kind == kVertices ? std::vector<vtkIdType>{0} : std::vector<vtkIdType>{0, 1, 2};
+      EXPECT_EQ(cells_of(data), (std::vector<Cell>{{types[kind], ids}}));
+      EXPECT_EQ(data.GetNumberOfPoints(), kind == kVertices ? 1 : 4);
+      EXPECT_EQ(colours_of(data.GetCellData()), Colours{BRANT_RED});
+      EXPECT_NO_THROW(mModel.update_parts());
+    }
   }
 }
 

@@ -159,14 +159,17 @@ TEST_F(GGenericModelPropsTest, SlotIsOneActorWithAMapperThatIsNotStatic)
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 TEST_F(GGenericModelPropsTest, PolygonsOnlyAreMovedBack)
 {
-  const auto shader = [&](int kind) -> std::string {
-    const auto made = actor(MRUtil::DRAW_FILLED, kind);
+  const auto shader = [&](MRUtil::DrawMode mode, int kind) -> std::string {
+    const auto made = actor(mode, kind);
     const char* text = vtkOpenGLPolyDataMapper::SafeDownCast(made->GetMapper())->GetFragmentShaderCode();
     return text != nullptr ? text : "";
   };
-  EXPECT_EQ(shader(kVertices), "");
-  EXPECT_EQ(shader(kLines), "");
-  EXPECT_NE(shader(kPolygons).find("2.000000*brant_c_scale + 0.000016*2.000000"), std::string::npos);
+  for (const MRUtil::DrawMode mode : kAllModes) {
+    SCOPED_TRACE(mode);
+    EXPECT_EQ(shader(mode, kVertices), "");
+    EXPECT_EQ(shader(mode, kLines), "");
+    EXPECT_NE(shader(mode, kPolygons).find("2.000000*brant_c_scale + 0.000016*2.000000"), std::string::npos);
+  }
 }
 #pragma GCC diagnostic pop
 
@@ -332,7 +335,9 @@ TEST_F(GGenericModelPropsTest, DataWithoutAPlaceOrATextAreAnErrorAndNoProp)
   bytes->SetName("Label");
   other_type->GetFieldData()->AddArray(bytes);
   const auto no_text = vertices({0.0, 0.0, 0.0});
-  const std::vector<vtkDataObject*> all = {nullptr, image, no_text, no_points, other_type};
+  const auto no_field_data = locate_data("text");
+  no_field_data->SetFieldData(nullptr);
+  const std::vector<vtkDataObject*> all = {nullptr, image, no_text, no_points, other_type, no_field_data};
   for (vtkDataObject* data : all) {
     const PrintCapture capture;
     EXPECT_TRUE(GGenericModel::create_locate_view(data, nullptr).empty());

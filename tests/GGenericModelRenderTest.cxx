@@ -245,6 +245,33 @@ TEST_F(GGenericModelRenderTest, WhatIsNotFiniteIsHarmless)
   EXPECT_EQ(lit(), 50 * 50); // the camera is where it was
 }
 
+// The model hands them on, and OpenGL refuses some; the next good ones are as good as ever.
+TEST_F(GGenericModelRenderTest, SizesThatAreNoneAreHarmless)
+{
+  mModel.add_points(1, &kSquare[0], BRANT_RED, MRUtil::DRAW_OUTLINE);
+  mModel.add_line({-0.5, 0.01, 0.0}, {0.5, 0.01, 0.0}, BRANT_GREEN);
+  const BrantVector points[] = {{-0.5, 0.51, 0.0}, {0.5, 0.51, 0.0}};
+  const int list[] = {2, 0, 1};
+  mModel.add_polylines_highlight(2, points, 3, list);
+  {
+    const ExpectedGlErrors refused({"GL_INVALID_VALUE in glPointSize", "GL_INVALID_VALUE in glLineWidth"});
+    for (const float bad : {0.0F, -1.0F, std::numeric_limits<float>::quiet_NaN(),
+                            std::numeric_limits<float>::infinity(), std::numeric_limits<float>::max()}) {
+      mModel.set_point_size(bad);
+      mModel.set_line_width(bad);
+      mModel.set_highlight_line_width(bad);
+      (void)picture();
+    }
+  }
+  mModel.set_point_size(1.0F);
+  mModel.set_line_width(1.0F);
+  mModel.set_highlight_line_width(3.0F);
+  const Image image = picture();
+  EXPECT_EQ(count_pixels(image, colour_is(kRed)), 36);
+  EXPECT_EQ(find_pixels(image, colour_is(kGreen)).height(), 1);
+  EXPECT_EQ(find_pixels(crop(image, 30, 60, 70, 99), colour_is_not(kBlack)).height(), 3);
+}
+
 // Lists that would end VTK, or draw what is not there.
 TEST_F(GGenericModelRenderTest, BrokenListsDrawNothing)
 {

@@ -386,15 +386,18 @@ TEST_F(GGenericModelTest, EveryCallMarksCellsColoursPointsAndData)
 TEST_F(GGenericModelTest, ObserversHearOfEveryMark)
 {
   vtkPolyData& data = slot(mModel, MRUtil::DRAW_OUTLINE, kLines);
-  int heard = 0;
   const std::vector<vtkObject*> marked = {data.GetLines(), data.GetCellData()->GetScalars(), data.GetPoints(),
                                           data.GetPoints()->GetData(), &data};
+  std::vector<int> heard(marked.size(), 0);
   std::vector<std::unique_ptr<EventHook>> hooks;
-  for (vtkObject* object : marked) {
-    hooks.push_back(std::make_unique<EventHook>(object, vtkCommand::ModifiedEvent, [&] { ++heard; }));
+  for (std::size_t i = 0; i < marked.size(); ++i) {
+    hooks.push_back(
+        std::make_unique<EventHook>(marked[i], vtkCommand::ModifiedEvent, [&heard, i] { ++heard[i]; }));
   }
   mModel.add_line({0.0, 0.0, 0.0}, {1.0, 0.0, 0.0}, BRANT_RED);
-  EXPECT_GE(heard, 5); // VTK's points tell it of their array too
+  for (std::size_t i = 0; i < marked.size(); ++i) {
+    EXPECT_GE(heard[i], 1) << "object " << i; // VTK's points tell it of their array too
+  }
 }
 
 // VTK keeps ranges and bounds until they are out of date.

@@ -229,6 +229,14 @@ TEST_F(GfxDebugSimpleTest, CountsBelowOneDrawNothingInSilence)
   EXPECT_TRUE(mPrinted.calls().empty());
 }
 
+TEST_F(GfxDebugSimpleTest, APolylineOfOnePointIsTooShortAndTheModelSaysSo)
+{
+  mDrawing.p_draw_polyline(mPoints, 1, kRedId);
+  EXPECT_TRUE(is_empty());
+  EXPECT_EQ(mPrinted.warnings(),
+            "GGenericModel::add_polylines: 1 broken runs left out; run 0 has too few points\n");
+}
+
 TEST_F(GfxDebugSimpleTest, NullArraysDrawNothing)
 {
   const int list[4] = {3, 0, 1, 2};
@@ -581,6 +589,7 @@ TEST_F(GfxDebugSimpleRenderTest, ThePointerMayEnterTheWindowWhileTheMouseModeEnd
 {
   const PrintCapture printed;
   vtkRenderWindow* window = mView->get_render_window();
+  window->SetPosition(800, 600); // where no other test's window covers it
   const vtkNew<vtkRenderWindowInteractor> interactor;
   interactor->SetRenderWindow(window);
   interactor->Initialize();

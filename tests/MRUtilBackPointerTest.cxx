@@ -12,6 +12,7 @@
 #include <vtkPolyData.h>
 #include <vtkSmartPointer.h>
 #include <vtkTypeUInt64Array.h>
+#include <vtkUnsignedLongArray.h>
 #include <vtkUnstructuredGrid.h>
 #include <vtkWeakPointer.h>
 
@@ -129,6 +130,22 @@ TEST_F(BackPointer, AnArrayOfAnotherTypeIsInvisibleAndReplaced)
   EXPECT_EQ(get_back_pointer(data), &one);
   EXPECT_EQ(data->GetFieldData()->GetNumberOfArrays(), 1);
   EXPECT_EQ(doubles->GetReferenceCount(), 1);
+}
+
+// Of the same numbers, but not of the same class.
+TEST_F(BackPointer, AnArrayOfUnsignedLongsIsOfAnotherTypeToo)
+{
+  const vtkNew<vtkUnsignedLongArray> longs;
+  ASSERT_EQ(longs->GetDataTypeSize(), 8);
+  longs->SetName("BackPointer");
+  longs->InsertNextValue(reinterpret_cast<std::uintptr_t>(&two));
+  data->GetFieldData()->AddArray(longs);
+  EXPECT_EQ(get_back_pointer(data), nullptr);
+  set_back_pointer(data, nullptr);
+  EXPECT_EQ(array_of(data), longs);
+  set_back_pointer(data, &one);
+  EXPECT_NE(array_of(data), longs);
+  EXPECT_EQ(get_back_pointer(data), &one);
 }
 
 // ---------------------------------------------------------------------------------------------------------

@@ -302,6 +302,21 @@ TEST(TriangulatePolygon, RefusesAPolygonThatCrossesItselfTooOften)
   EXPECT_EQ(printed.errors(), "Tesselation Error: the polygon crosses itself too often\n");
 }
 
+// GLU's time for them grows with the cube of their number: these would take two minutes.
+TEST(TriangulatePolygon, RefusesManyPointsThatGoToAndFroOnOneLine)
+{
+  const PrintCapture printed;
+  Ring line;
+  for (const Point3& p : random_ring(4'000, 1).points) {
+    line.points.push_back({p[0], p[0], 0.0});
+  }
+  const Triangulation none = triangulate(line);
+  EXPECT_TRUE(none.triangles.empty());
+  EXPECT_TRUE(none.edges.empty());
+  EXPECT_EQ(none.coords, line.coords());
+  EXPECT_EQ(printed.errors(), "Tesselation Error: the polygon crosses itself too often\n");
+}
+
 // ---------------------------------------------------------------------------------------------------------
 // Errors
 
