@@ -429,9 +429,9 @@ void MeshviewWindowTest::send_mouse(Window window, int type, int x, int y, unsig
   event.xbutton.x = x;
   event.xbutton.y = attributes.height - 1 - y;
   event.xbutton.state = state;
-  if (type == MotionNotify) { // VTK asks where the pointer really is
-    XWarpPointer(mDisplay, None, window, 0, 0, 0, 0, event.xbutton.x, event.xbutton.y);
-  } else {
+  // VTK asks where the pointer really is, and a button is pressed where the pointer is already.
+  XWarpPointer(mDisplay, None, window, 0, 0, 0, 0, event.xbutton.x, event.xbutton.y);
+  if (type != MotionNotify) {
     event.xbutton.button = button;
   }
   XSendEvent(mDisplay, window, False, type == MotionNotify ? PointerMotionMask : ButtonPressMask, &event);
@@ -471,6 +471,7 @@ void MeshviewRunningTest::open(const std::string& mesh, const std::vector<std::s
   mProcess = std::make_unique<Process>(all, false, false, mFolder.path());
   mWindow = wait_for_window("meshview - " + mesh);
   ASSERT_NE(mWindow, 0U);
+  XMoveWindow(mDisplay, mWindow, 800, 600); // where no other test's window covers it from the pointer
   // Keys that come before the program listens are lost.
   std::thread knocking([this] {
     while (!mListens) {
