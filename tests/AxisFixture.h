@@ -8,13 +8,11 @@
 #include <vtkRenderer.h>
 #include <vtkSmartPointer.h>
 
-#include <limits>
 #include <ostream>
 
 /// What the tests of the axis triad share.
 namespace morrow_test {
 
-inline constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 inline constexpr auto NoType = static_cast<MRUtil::AxisType>(7);
 inline constexpr MRUtil::AxisType Forms[] = {MRUtil::AXIS_3D, MRUtil::AXIS_2D, MRUtil::AXIS_1D};
 

@@ -12,9 +12,6 @@
 /// What the tests of a view's camera share.
 namespace morrow_test {
 
-inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
-inline constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
-
 /// The host's interrupt flag while it lives: counts how often it is read and is raised after so many reads.
 class InterruptAfter : public AppUtil
 {

@@ -321,7 +321,7 @@ TEST_F(GAxisRenderTest, SurvivesCamerasThatShowNothing)
     const Triad triad = this->show_triad(type);
     vtkCamera* camera = view->get_renderer()->GetActiveCamera();
     const Image before = picture(*view);
-    for (const double scale : {NaN, 0.0, 1e300, 1e-300}) {
+    for (const double scale : {kNan, 0.0, 1e300, 1e-300}) {
       camera->SetParallelScale(scale);
       view->render();
     }
@@ -330,7 +330,7 @@ TEST_F(GAxisRenderTest, SurvivesCamerasThatShowNothing)
     view->render();
     {
       const ExpectedVtkErrors of_the_camera({"Jacobi"});
-      camera->SetPosition(NaN, 0.0, 0.0);
+      camera->SetPosition(kNan, 0.0, 0.0);
       camera->GetOrientationWXYZ();
       view->render();
       camera->SetPosition(0.0, 0.0, 10.0);

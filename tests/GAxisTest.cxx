@@ -10,7 +10,6 @@
 #include <vtkViewport.h>
 
 #include <array>
-#include <limits>
 #include <sstream>
 #include <string>
 
@@ -32,7 +31,7 @@ double half_side(GAxis& triad)
 {
   const double* bounds = triad.GetBounds();
   if (bounds == nullptr) {
-    return NaN;
+    return kNan;
   }
   for (int i = 0; i < 6; ++i) {
     EXPECT_DOUBLE_EQ(bounds[i], i % 2 == 0 ? -bounds[1] : bounds[1]) << i;
@@ -256,7 +255,7 @@ TEST_F(GAxisTest, HasNoBoundsThatAreNotFinite)
 {
   const auto view = make_view();
   const Triad triad = make_triad(MRUtil::AXIS_3D, view->get_renderer());
-  for (const double scale : {NaN, 0.0, std::numeric_limits<double>::infinity()}) {
+  for (const double scale : {kNan, 0.0, kInfinity}) {
     view->get_renderer()->GetActiveCamera()->SetParallelScale(scale);
     EXPECT_EQ(triad->GetBounds(), nullptr) << scale;
   }

@@ -8,7 +8,6 @@
 
 #include <climits>
 #include <cmath>
-#include <limits>
 #include <type_traits>
 
 namespace {
@@ -17,9 +16,6 @@ using namespace morrow_test;
 
 static_assert(std::is_base_of_v<GGenericModel, GHistogram>);
 static_assert(sizeof(GHistogram) == sizeof(GGenericModel), "no fields of its own");
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 class GHistogramTest : public ViewTest
 {

@@ -384,7 +384,7 @@ TEST_F(GLabelViewTest, OpaqueGeometryHidesLabelsBehindGlassToo)
 TEST_F(GLabelViewTest, TheFrameAfterAnExceptionOfAPropIsRight)
 {
   mModel.add_label("behind", {0.0, 0.0, -1.0}, BRANT_RED);
-  const auto hook = OverlayHook::make([] { throw std::runtime_error("a prop"); });
+  const auto hook = overlay_hook([] { throw std::runtime_error("a prop"); });
   mView.add_props({hook});
   mRecorder.clear();
   EXPECT_THROW(mView.render(), std::runtime_error);
@@ -514,7 +514,7 @@ TEST_P(GLabelSharedModelTest, LabelsAreDrawnInAViewAfterTheOtherWasRenderedInIts
 {
   // The labels of the outer frame come after those of the inner one.
   mModel.remove_view(&mView);
-  mView.add_props({OverlayHook::make([&] { mOther.render(); })});
+  mView.add_props({overlay_hook([&] { mOther.render(); })});
   mModel.add_view(&mView);
   for (int turn = 0; turn < 2; ++turn) {
     mView.render();
@@ -620,7 +620,7 @@ TEST_F(GLabelTwoViewsTest, ALabelIsRemovedFromItsOwnViewWhicheverIsCurrent)
 
 TEST_F(GLabelTwoViewsTest, AViewRenderedInTheFrameOfAnotherHasItsOwnDepth)
 {
-  mView.add_props({OverlayHook::make([&] { mOther.render(); })});
+  mView.add_props({overlay_hook([&] { mOther.render(); })});
   TestModel other_model;
   other_model.add_view(&mOther);
   TestModel late; // drawn after the other view's frame
@@ -637,7 +637,7 @@ TEST_F(GLabelTwoViewsTest, AViewRenderedInTheFrameOfAnotherHasItsOwnDepth)
 TEST_F(GLabelTwoViewsTest, LabelsWithoutADepthTestAreDrawnIntoTheirOwnViewAfterTheOtherWasRendered)
 {
   // No read of the depth makes the view's context current again.
-  mView.add_props({OverlayHook::make([&] { mOther.render(); })});
+  mView.add_props({overlay_hook([&] { mOther.render(); })});
   TestModel late;
   late.add_view(&mView);
   late.set_render_mode(MRUtil::RENDER_WIREFRAME);

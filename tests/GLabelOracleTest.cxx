@@ -5,12 +5,11 @@
 // decision of LabelOracle.h, made from the depth buffer of the very same frame.
 #include "BrantVector.h"
 #include "GLabelMapper.h"
-#include "GModel.h"
 #include "GView.h"
 #include "LabelOracle.h"
 #include "LabelRecorder.h"
 #include "MRUtil.h"
-#include "TestSupport.h"
+#include "ViewFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +31,6 @@
 #include <vtkTextProperty.h>
 
 #include <cmath>
-#include <limits>
 #include <map>
 #include <ostream>
 #include <random>
@@ -42,22 +40,16 @@
 namespace {
 
 using morrow_test::Image;
+using morrow_test::kInfinity;
+using morrow_test::kNan;
 using morrow_test::LabelFrame;
 using morrow_test::LabelRecorder;
 using morrow_test::LabelResult;
 using morrow_test::LabelVerdict;
 using morrow_test::Rgb;
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 using Texts = std::vector<std::string>;
-
-class TestModel : public GModel
-{
-public:
-  void update_parts() override {}
-};
+using TestModel = morrow_test::ScriptedModel;
 
 /// In its overlay, before any label is drawn, it keeps what the oracle needs of a frame.
 ///

@@ -16,15 +16,11 @@
 #include <vtkPolyDataMapper.h>
 
 #include <cmath>
-#include <limits>
 #include <ostream>
 
 namespace {
 
 using namespace morrow_test;
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 std::string offset_shader(double factor, double units)
 {

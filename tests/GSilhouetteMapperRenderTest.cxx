@@ -19,15 +19,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 
 namespace {
 
 using namespace morrow_test;
 
 using GSilhouetteMapperRenderTest = ViewRenderTest;
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 vtkSmartPointer<vtkPolyData> coloured(vtkSmartPointer<vtkPolyData> data, Rgb colour)
 {
@@ -357,7 +354,7 @@ TEST_F(GSilhouetteMapperRenderTest, HostileCoordinatesDoNoHarm)
 {
   FlatScene scene;
   const auto broken = ball();
-  const double hostile[] = {kNan, std::numeric_limits<double>::infinity(), 1e38, -1e38};
+  const double hostile[] = {kNan, kInfinity, 1e38, -1e38};
   for (vtkIdType i = 0; i < broken->GetNumberOfPoints(); i += 3) {
     broken->GetPoints()->SetPoint(i, hostile[i % 4], 0.0, hostile[i / 4 % 4]);
   }

@@ -543,8 +543,8 @@ TEST_F(AnyOperationTest, OfACameraThatLooksAlongItsViewUp)
 TEST_F(AnyOperationTest, OfACameraThatHasLostItsPlace)
 {
   const auto spoil = [](CameraStage& stage) {
-    stage.camera()->SetPosition(kNotANumber, kNotANumber, kNotANumber);
-    stage.camera()->SetFocalPoint(kNotANumber, kNotANumber, kNotANumber);
+    stage.camera()->SetPosition(kNan, kNan, kNan);
+    stage.camera()->SetFocalPoint(kNan, kNan, kNan);
   };
   expect_good_after(spoil, [](CameraStage& stage) { stage.view->complete_reset_camera(); });
 }

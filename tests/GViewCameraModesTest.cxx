@@ -43,7 +43,7 @@ TEST_F(CameraValuesTest, TheParallelScaleIsAboveZero)
   const auto view = make_view();
   view->set_parallel_scale(2.5);
   EXPECT_EQ(view->get_parallel_scale(), 2.5);
-  for (const double bad : {0.0, -1.0, kNotANumber, kInfinity}) {
+  for (const double bad : {0.0, -1.0, kNan, kInfinity}) {
     view->set_parallel_scale(bad);
     EXPECT_EQ(view->get_parallel_scale(), 2.5);
   }
@@ -55,7 +55,7 @@ TEST_F(CameraValuesTest, ThePerspectiveAngleIsInDegrees)
   EXPECT_EQ(view->get_perspective_angle(), 30.0);
   view->set_perspective_angle(45.5);
   EXPECT_EQ(view->get_perspective_angle(), 45.5);
-  for (const double bad : {kNotANumber, kInfinity, -kInfinity}) {
+  for (const double bad : {kNan, kInfinity, -kInfinity}) {
     view->set_perspective_angle(bad);
     EXPECT_EQ(view->get_perspective_angle(), 45.5);
   }
@@ -117,9 +117,9 @@ TEST_F(CameraResetTest, ACompleteOneOfAnEmptySceneIsTheDefaultPlace)
 TEST_F(CameraResetTest, ACompleteOneHealsACameraThatHasLostItsPlace)
 {
   CameraStage stage;
-  stage.camera()->SetPosition(kNotANumber, kNotANumber, kNotANumber);
-  stage.camera()->SetFocalPoint(kNotANumber, 0.0, kInfinity);
-  stage.camera()->SetViewUp(kNotANumber, 0.0, 0.0);
+  stage.camera()->SetPosition(kNan, kNan, kNan);
+  stage.camera()->SetFocalPoint(kNan, 0.0, kInfinity);
+  stage.camera()->SetViewUp(kNan, 0.0, 0.0);
   stage.view->complete_reset_camera();
   const CameraPlace place(*stage.view);
   expect_near(place.at, {0.0, 0.0, 0.0});
@@ -422,7 +422,7 @@ TEST_F(TwoDimensionsTest, NumbersThatAreNoneDoNothing)
 {
   const auto view = make_view();
   const CameraPlace before(*view);
-  for (const double bad : {kNotANumber, kInfinity, -kInfinity}) {
+  for (const double bad : {kNan, kInfinity, -kInfinity}) {
     view->set_2d_mode(bad, 0.0, 1.0, 1.0);
     view->set_2d_mode(0.0, bad, 1.0, 1.0);
     view->set_2d_mode(0.0, 0.0, bad, 1.0);
@@ -453,7 +453,7 @@ TEST_F(StereoTest, SeparationIsTheEyeAngleOfEveryRegisteredView)
   EXPECT_EQ(angle(a), 3.5);
   EXPECT_EQ(angle(b), 3.5);
   EXPECT_EQ(angle(unregistered), before);
-  GView::set_stereo_separation(kNotANumber);
+  GView::set_stereo_separation(kNan);
   EXPECT_EQ(angle(a), 3.5);
 }
 
@@ -567,9 +567,9 @@ TEST_F(ListViewTest, PrintsACameraThatHasLostItsPlace)
   const auto view = make_view();
   vtkCamera* camera = view->get_renderer()->GetActiveCamera();
   camera->ParallelProjectionOff();
-  camera->SetPosition(kNotANumber, 1e308, -1e308);
+  camera->SetPosition(kNan, 1e308, -1e308);
   camera->SetFocalPoint(kInfinity, -1e308, 0.0);
-  camera->SetViewAngle(kNotANumber);
+  camera->SetViewAngle(kNan);
   const PrintCapture printed;
   view->list_view();
   ASSERT_EQ(printed.calls().size(), 9U);

@@ -157,7 +157,7 @@ TEST_P(PlacementTest, PointsThatAreNoneDoNothing)
 {
   const CameraPlace before(*mStage.view);
   const FrameCounter frames(mStage.window());
-  for (const double bad : {kNotANumber, kInfinity, -kInfinity}) {
+  for (const double bad : {kNan, kInfinity, -kInfinity}) {
     for (int axis = 0; axis < 3; ++axis) {
       for (const int steps : {1, 3}) {
         BrantVector p = mTarget;
@@ -332,7 +332,7 @@ TEST_P(RotationTest, AnglesThatAreNoneDoNothing)
   CameraStage stage;
   const CameraPlace before(*stage.view);
   const FrameCounter frames(stage.window());
-  for (const double angle : {kNotANumber, kInfinity, -kInfinity}) {
+  for (const double angle : {kNan, kInfinity, -kInfinity}) {
     GetParam().rotate(*stage.view, angle, 1, 0);
     GetParam().rotate(*stage.view, angle, 4, 2);
   }
@@ -380,7 +380,7 @@ TEST_F(RotationDetailsTest, LinesThatAreNoneDoNothing)
   stage.view->rotate_about_world(90.0, kP1, kP1, 1, 0);
   stage.view->rotate_about_world(90.0, nullptr, kP2, 1, 0);
   stage.view->rotate_about_world(90.0, kP1, nullptr, 1, 0);
-  for (const double bad : {kNotANumber, kInfinity}) {
+  for (const double bad : {kNan, kInfinity}) {
     const double none[3] = {0.0, bad, 0.0};
     stage.view->rotate_about_world(90.0, none, kP2, 1, 0);
     stage.view->rotate_about_world(90.0, kP1, none, 1, 0);
@@ -513,7 +513,7 @@ TEST_F(PanTest, OtherModesAndNumbersDoNothing)
     stage.view->pan(0.5, 0.5, 1, 0, mode);
   }
   for (const int mode : {1, 2}) {
-    for (const double bad : {kNotANumber, kInfinity, -kInfinity}) {
+    for (const double bad : {kNan, kInfinity, -kInfinity}) {
       stage.view->pan(bad, 0.0, 1, 0, mode);
       stage.view->pan(0.0, bad, 4, 2, mode);
     }

@@ -140,7 +140,7 @@ TEST_F(ZoomScreenTest, FactorsThatAreNoneDoNothing)
   const CameraPlace before(*stage.view);
   for (const bool is_parallel : {false, true}) {
     stage.camera()->SetParallelProjection(is_parallel);
-    for (const double factor : {0.0, -0.0, 1.0, kNotANumber, kInfinity, -kInfinity, -1e-320}) {
+    for (const double factor : {0.0, -0.0, 1.0, kNan, kInfinity, -kInfinity, -1e-320}) {
       stage.view->zoom_screen(factor, 1, 0);
       stage.view->zoom_screen(factor, 3, 1);
     }
@@ -315,11 +315,11 @@ TEST_F(ZoomBoxTest, NumbersThatAreNoneDoNothing)
   stage.view->zoom_box(nullptr, 1, 0, nullptr);
   for (std::size_t side = 0; side < 6; ++side) {
     Box box = kBox;
-    box[side] = kNotANumber;
+    box[side] = kNan;
     stage.view->zoom_box(box.data(), 1, 0, nullptr);
     stage.view->zoom_box(box.data(), 2, 0, nullptr);
   }
-  for (const double bad : {kNotANumber, kInfinity, -kInfinity}) {
+  for (const double bad : {kNan, kInfinity, -kInfinity}) {
     const double direction[3] = {0.0, bad, 1.0};
     stage.view->zoom_box(kBox.data(), 1, 0, direction);
     stage.view->zoom_box(kBox.data(), 2, 0, direction);

@@ -28,10 +28,7 @@ constexpr double Nan = std::numeric_limits<double>::quiet_NaN();
 template<typename Prop>
 Prop* find(const GView& view)
 {
-  vtkPropCollection* all = view.get_renderer()->GetViewProps();
-  vtkCollectionSimpleIterator cookie;
-  all->InitTraversal(cookie);
-  while (vtkProp* prop = all->GetNextProp(cookie)) {
+  for (vtkProp* prop : props_of(view.get_renderer())) {
     if (auto* found = Prop::SafeDownCast(prop)) {
       return found;
     }

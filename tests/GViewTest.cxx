@@ -20,17 +20,6 @@ namespace {
 
 using namespace morrow_test;
 
-std::vector<vtkProp*> props_of(vtkRenderer* renderer)
-{
-  std::vector<vtkProp*> props;
-  vtkCollectionSimpleIterator cookie;
-  renderer->GetViewProps()->InitTraversal(cookie);
-  while (vtkProp* prop = renderer->GetViewProps()->GetNextProp(cookie)) {
-    props.push_back(prop);
-  }
-  return props;
-}
-
 // --- A new view
 // ---------------------------------------------------------------------------------------------------
 

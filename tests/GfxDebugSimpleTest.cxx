@@ -34,7 +34,7 @@ static_assert(sizeof(GfxDebugSimple) == sizeof(GfxDebug) + sizeof(GGenericModel*
               "the model and nothing else");
 
 constexpr int kRedId = 3; // of BrantColorTable
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kFloatNan = std::numeric_limits<float>::quiet_NaN();
 
 /// Draws into a model without views.
 class GfxDebugSimpleTest : public ViewTest
@@ -271,9 +271,9 @@ TEST_F(GfxDebugSimpleTest, AnEmptyBoxIsNotDrawn)
 
 TEST_F(GfxDebugSimpleTest, PointsThatAreNoNumbersAreKept)
 {
-  mDrawing.p_draw_point(kNan, 0.0F, 0.0F, kRedId);
-  mDrawing.p_draw_vector(BrantVector(0, 0, 0), BrantVector(kNan, 0, 0), kRedId);
-  mDrawing.p_draw_label("nowhere", kNan, 0.0F, 0.0F, kRedId);
+  mDrawing.p_draw_point(kFloatNan, 0.0F, 0.0F, kRedId);
+  mDrawing.p_draw_vector(BrantVector(0, 0, 0), BrantVector(kFloatNan, 0, 0), kRedId);
+  mDrawing.p_draw_label("nowhere", kFloatNan, 0.0F, 0.0F, kRedId);
   mModel.update_parts();
   EXPECT_EQ(cells_in(mModel, 1, 0).at(0), "1 point (nan 0 0) #ff0000");
 }

@@ -12,13 +12,8 @@
 #include <vtkNew.h>
 #include <vtk_glew.h>
 
-#include <limits>
-
 /// What the tests of label mappers share.
 namespace morrow_test {
-
-inline constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 using Texts = std::vector<std::string>;
 using TestModel = ScriptedModel;
@@ -31,33 +26,12 @@ inline bool is_red(Rgb pixel)
 }
 
 /// A prop that does what a test wants when overlays are drawn.
-class OverlayHook : public vtkProp
+inline vtkSmartPointer<CallingProp> overlay_hook(CallingProp::Function action)
 {
-public:
-  static vtkSmartPointer<OverlayHook> make(std::function<void()> action)
-  {
-    auto* hook = new OverlayHook;
-    hook->InitializeObjectBase();
-    hook->action = std::move(action);
-    return vtkSmartPointer<OverlayHook>::Take(hook);
-  }
-  OverlayHook(const OverlayHook&) = delete;
-  OverlayHook& operator=(const OverlayHook&) = delete;
-
-  std::function<void()> action;
-
-  int RenderOverlay(vtkViewport* /*viewport*/) override
-  {
-    if (action) {
-      action();
-    }
-    return 0;
-  }
-
-protected:
-  OverlayHook() = default;
-  ~OverlayHook() override = default;
-};
+  auto hook = CallingProp::make();
+  hook->on_overlay = std::move(action);
+  return hook;
+}
 
 inline unsigned long depth_reads()
 {
@@ -124,7 +98,7 @@ protected:
 
   void add_hook(std::function<void()> action)
   {
-    mScene.renderer()->AddViewProp(OverlayHook::make(std::move(action)));
+    mScene.renderer()->AddViewProp(overlay_hook(std::move(action)));
   }
 
   /// The texts drawn in a frame.

@@ -12,12 +12,9 @@
 #include <vtkTextActor.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <malloc.h>
 #include <numeric>
-#include <sys/wait.h>
 
 #if defined(MORROW_ADDRESS_SANITIZER)
 // The sanitizer's own; its header does not come with every compiler.
@@ -367,35 +364,13 @@ TEST_F(LifetimeTest, AHandleTellsOfTheEnd)
 // --- The library is unloaded
 // ---------------------------------------------------------------------------------------------
 
-struct ChildResult
-{
-  int status = -1;
-  std::string output;
-};
-
-ChildResult run(const std::string& command)
-{
-  ChildResult result;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) {
-    return result;
-  }
-  std::array<char, 4096> buffer{};
-  while (fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) {
-    result.output += buffer.data();
-  }
-  const int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
-}
-
 /// Has a host that is not linked with the library load it, render with it and unload it, so many times.
 ChildResult run_unload_host(int times)
 {
   const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
   // What the OpenGL driver keeps when it is unloaded itself is not ours.
-  return run("ASAN_OPTIONS=detect_leaks=0 timeout 50 '" + (folder / "UnloadHost").string() + "' '" +
-             (folder / "libUnloadPlugin.so").string() + "' " + std::to_string(times) + " 2>&1");
+  return run_command("ASAN_OPTIONS=detect_leaks=0 timeout 50 '" + (folder / "UnloadHost").string() + "' '" +
+                     (folder / "libUnloadPlugin.so").string() + "' " + std::to_string(times) + " 2>&1");
 }
 
 TEST_F(LifetimeTest, TheLibraryMayBeUnloadedWithAWindowsFrameBehindIt)

@@ -24,7 +24,6 @@ namespace {
 
 using namespace morrow_test;
 
-constexpr Rgb kBlack = {0, 0, 0};
 constexpr Rgb kDarkGrey = {64, 64, 64}; // of wires
 constexpr Rgb kGrey = {135, 135, 135};  // of hidden lines
 

@@ -6,7 +6,6 @@
 #include "ViewFixture.h"
 
 #include <vtkActor2D.h>
-#include <vtkPropCollection.h>
 #include <vtkSphereSource.h>
 
 #include <algorithm>
@@ -161,14 +160,7 @@ inline PartPropFunction one_prop()
 /// The props of a view's main renderer, in order.
 [[nodiscard]] inline PropPointers shown(const GView& view)
 {
-  PropPointers props;
-  vtkPropCollection* all = view.get_renderer()->GetViewProps();
-  vtkCollectionSimpleIterator cookie;
-  all->InitTraversal(cookie);
-  while (vtkProp* prop = all->GetNextProp(cookie)) {
-    props.push_back(prop);
-  }
-  return props;
+  return props_of(view.get_renderer());
 }
 
 [[nodiscard]] inline bool shows(const GView& view, vtkProp* prop)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "PropList.h"
 
+#include "TestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <vtkNew.h>
@@ -21,6 +23,7 @@
 
 namespace {
 
+using morrow_test::props_of;
 using Props = morrow::PropList::Props;
 
 /// A prop that tells when it is asked to let its graphics resources go.
@@ -53,17 +56,6 @@ Props make_props(std::size_t count)
   Props props;
   for (std::size_t i = 0; i < count; ++i) {
     props.emplace_back(vtkSmartPointer<ToldProp>::New());
-  }
-  return props;
-}
-
-std::vector<vtkProp*> props_of(vtkRenderer* renderer)
-{
-  std::vector<vtkProp*> props;
-  vtkCollectionSimpleIterator cookie;
-  renderer->GetViewProps()->InitTraversal(cookie);
-  while (vtkProp* prop = renderer->GetViewProps()->GetNextProp(cookie)) {
-    props.push_back(prop);
   }
   return props;
 }

@@ -23,11 +23,10 @@ namespace {
 using morrow_test::colour_is;
 using morrow_test::count_pixels;
 using morrow_test::Image;
+using morrow_test::kBlue;
+using morrow_test::kRed;
 using morrow_test::Rgb;
 using morrow_test::Scene;
-
-constexpr Rgb kRed{255, 0, 0};
-constexpr Rgb kBlue{0, 0, 255};
 
 /// Puts the texts of the shaders back as they were.
 class SilhouetteProgramTest : public morrow_test::RenderTest

@@ -36,12 +36,11 @@ using morrow_test::colour_is;
 using morrow_test::count_pixels;
 using morrow_test::flat_actor;
 using morrow_test::Image;
+using morrow_test::kBlue;
+using morrow_test::kGreen;
 using morrow_test::quad;
 using morrow_test::Rgb;
 using morrow_test::Scene;
-
-constexpr Rgb kGreen{0, 255, 0};
-constexpr Rgb kBlue{0, 0, 255};
 
 // --- Classes that a host may derive ----------------------------------------------------------------------
 

@@ -32,6 +32,13 @@ struct Rgb
   return !(a == b);
 }
 
+inline constexpr Rgb kBlack{0, 0, 0};
+inline constexpr Rgb kWhite{255, 255, 255};
+inline constexpr Rgb kRed{255, 0, 0};
+inline constexpr Rgb kGreen{0, 255, 0};
+inline constexpr Rgb kBlue{0, 0, 255};
+inline constexpr Rgb kYellow{255, 255, 0};
+
 /// "(255, 128, 0)": what GoogleTest prints for a pixel.
 void PrintTo(Rgb pixel, std::ostream* out);
 

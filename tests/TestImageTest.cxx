@@ -25,13 +25,13 @@ using morrow_test::colour_is_not;
 using morrow_test::compare;
 using morrow_test::Image;
 using morrow_test::ImageDifference;
+using morrow_test::kBlack;
+using morrow_test::kRed;
+using morrow_test::kWhite;
 using morrow_test::PixelRegion;
 using morrow_test::Rgb;
 using morrow_test::Strictness;
 
-constexpr Rgb kBlack{0, 0, 0};
-constexpr Rgb kWhite{255, 255, 255};
-constexpr Rgb kRed{255, 0, 0};
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // --- Image ---------------------------------------------------------------------------------------

@@ -13,6 +13,8 @@
 #include <vtkPlaneSource.h>
 #include <vtkPoints.h>
 #include <vtkPolyDataMapper.h>
+#include <vtkProp.h>
+#include <vtkPropCollection.h>
 #include <vtkProperty.h>
 #include <vtkSphereSource.h>
 #include <vtkUnsignedCharArray.h>
@@ -21,8 +23,11 @@
 
 #include <X11/Xlib.h>
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <sys/wait.h>
 
 namespace fs = std::filesystem;
 
@@ -154,6 +159,17 @@ Image image_of(const vtkUnsignedCharArray& rgb, int width, int height)
 }
 
 } // namespace
+
+std::vector<vtkProp*> props_of(vtkRenderer* renderer)
+{
+  std::vector<vtkProp*> props;
+  vtkCollectionSimpleIterator cookie;
+  renderer->GetViewProps()->InitTraversal(cookie);
+  while (vtkProp* prop = renderer->GetViewProps()->GetNextProp(cookie)) {
+    props.push_back(prop);
+  }
+  return props;
+}
 
 Image read_pixels(vtkRenderWindow* window)
 {
@@ -365,6 +381,24 @@ vtkSmartPointer<vtkActor> flat_composite_actor(vtkMultiBlockDataSet* data, Rgb c
   const vtkNew<vtkCompositePolyDataMapper2> mapper;
   mapper->SetInputDataObject(data);
   return actor_of(mapper, colour, false);
+}
+
+// --- Other programs ------------------------------------------------------------------------------
+
+ChildResult run_command(const std::string& command)
+{
+  ChildResult result;
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) {
+    return result;
+  }
+  std::array<char, 4096> buffer{};
+  while (fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) {
+    result.output += buffer.data();
+  }
+  const int status = pclose(pipe);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
 }
 
 // --- Real meshes ---------------------------------------------------------------------------------

@@ -196,6 +196,9 @@ private:
   vtkSmartPointer<vtkRenderer> mRenderer;
 };
 
+/// The props of a renderer, in order.
+[[nodiscard]] std::vector<vtkProp*> props_of(vtkRenderer* renderer);
+
 /// The pixels that the window shows, without rendering again. The window must have been rendered; one that
 /// never was gives the empty picture and fails the test.
 [[nodiscard]] Image read_pixels(vtkRenderWindow* window);
@@ -245,6 +248,18 @@ private:
 [[nodiscard]] vtkSmartPointer<vtkActor> lit_actor(vtkPolyData* data, Rgb colour = {255, 255, 255});
 /// An actor of exactly this colour that draws composite data (vtkCompositePolyDataMapper2).
 [[nodiscard]] vtkSmartPointer<vtkActor> flat_composite_actor(vtkMultiBlockDataSet* data, Rgb colour);
+
+// --- Other programs ------------------------------------------------------------------------------
+
+/// How a command ended.
+struct ChildResult
+{
+  int status = -1; ///< its exit status; −1 when it could not be started or a signal ended it
+  std::string output;
+};
+
+/// Runs a command in the shell and waits for its end. What it writes to standard error is not caught.
+[[nodiscard]] ChildResult run_command(const std::string& command);
 
 // --- Real meshes ---------------------------------------------------------------------------------
 

@@ -13,13 +13,10 @@
 #include <vtkXOpenGLRenderWindow.h>
 #include <vtk_glew.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -37,21 +34,22 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using morrow_test::ChildResult;
 using morrow_test::colour_is;
 using morrow_test::colour_is_not;
 using morrow_test::ExpectedGlErrors;
 using morrow_test::ExpectedVtkErrors;
 using morrow_test::FrameCounter;
 using morrow_test::Image;
+using morrow_test::kBlack;
+using morrow_test::kGreen;
+using morrow_test::kRed;
 using morrow_test::MessageKind;
 using morrow_test::PixelRegion;
 using morrow_test::PrintCapture;
 using morrow_test::Rgb;
+using morrow_test::run_command;
 using morrow_test::Scene;
-
-constexpr Rgb kBlack{0, 0, 0};
-constexpr Rgb kRed{255, 0, 0};
-constexpr Rgb kGreen{0, 255, 0};
 
 void report_vtk_error(const char* text)
 {
@@ -169,12 +167,6 @@ const bool gRegistered = [] {
   return true;
 }();
 
-struct ChildResult
-{
-  int status = -1;
-  std::string output;
-};
-
 /// Runs this program with one planted test; `environment` is more of the shell's "NAME=value ".
 ChildResult run_planted(const std::string& offence, const std::string& environment = "")
 {
@@ -182,18 +174,7 @@ ChildResult run_planted(const std::string& offence, const std::string& environme
   // Coverage and report files of the parent are not to be overwritten, nor its filter inherited.
   const std::string command = "unset GTEST_OUTPUT GTEST_FILTER XML_OUTPUT_FILE; " + environment + kPlanted +
                               "=" + offence + " timeout 50 '" + program + "' --gtest_filter='Planted*' 2>&1";
-  ChildResult result;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) {
-    return result;
-  }
-  std::array<char, 4096> buffer{};
-  while (fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) {
-    result.output += buffer.data();
-  }
-  const int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
+  return run_command(command);
 }
 
 ::testing::AssertionResult fails_with(const ChildResult& child, const std::string& text)

@@ -25,6 +25,7 @@
 #include <vtkWeakPointer.h>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -45,12 +46,8 @@
 /// What the tests of views share.
 namespace morrow_test {
 
-inline constexpr Rgb kBlack{0, 0, 0};
-inline constexpr Rgb kWhite{255, 255, 255};
-inline constexpr Rgb kRed{255, 0, 0};
-inline constexpr Rgb kGreen{0, 255, 0};
-inline constexpr Rgb kBlue{0, 0, 255};
-inline constexpr Rgb kYellow{255, 255, 0};
+inline constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Puts everything that all views of the process share back to how the process started.
 inline void reset_what_views_share()
