@@ -22,12 +22,7 @@ TEST_F(GModelClearTest, RemovesAllPartsAndKeepsViews)
 {
   const auto views = sorted_views(2);
   Maker maker(2);
-  for (const auto& view : views) {
-    mModel.add_view(view.get());
-  }
-  for (const auto& each : mData) {
-    mModel.add_part(each, maker.function());
-  }
+  show_all(views, maker);
   mModel.clear();
   for (const auto& each : mData) {
     EXPECT_EQ(each->GetReferenceCount(), 1);

@@ -400,12 +400,7 @@ TEST_F(GModelHookingTest, UnhookTakesPropsAndLabelsOutAndKeepsThem)
 {
   const auto views = sorted_views(2);
   Maker maker(2);
-  for (const auto& view : views) {
-    mModel.add_view(view.get());
-  }
-  for (const auto& each : mData) {
-    mModel.add_part(each, maker.function());
-  }
+  show_all(views, maker);
   mModel.unhook_from_views();
   EXPECT_FALSE(mModel.is_hooked_to_views());
   EXPECT_TRUE(shown(*views[0]).empty());

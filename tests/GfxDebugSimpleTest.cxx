@@ -629,6 +629,7 @@ TEST_F(GfxDebugSimpleMouseTest, AnObserverOfTheExitEventDecidesAlone)
 TEST_F(GfxDebugSimpleMouseTest, TheExitEventEndsTheLoopAndNoLaterOne)
 {
   mInteractor->on_start = [&] {
+    EXPECT_TRUE(mInteractor->HasObserver(vtkCommand::ExitEvent)); // or VTK would close the window
     EXPECT_FALSE(mInteractor->GetDone());
     mInteractor->ExitCallback();
     EXPECT_TRUE(mInteractor->GetDone());

@@ -211,6 +211,16 @@ INSTANTIATE_TEST_SUITE_P(Moments, EndWhileDrawnTest,
                                            Moment{"translucent", &CallingProp::on_translucent},
                                            Moment{"overlay", &CallingProp::on_overlay}));
 
+/// As the view does, or as a host does that knows only the window.
+void render(Doomed& doomed, bool by_window)
+{
+  if (by_window) {
+    doomed.window->Render();
+  } else {
+    doomed.view->render();
+  }
+}
+
 class EndInObserverTest : public LifetimeTest,
                           public ::testing::WithParamInterface<std::tuple<unsigned long, float, bool>>
 {};
@@ -222,11 +232,7 @@ TEST_P(EndInObserverTest, IsSound)
   doomed.view->render();
   const EventHook hook(
       doomed.window, event, [&] { doomed.destroy(); }, priority);
-  if (by_window) {
-    doomed.window->Render();
-  } else {
-    doomed.view->render();
-  }
+  render(doomed, by_window);
   expect_only_the_view_is_gone(doomed);
 }
 
@@ -246,11 +252,7 @@ TEST_P(EndInRendererObserverTest, IsSound)
   Doomed doomed;
   doomed.view->render();
   const EventHook hook(doomed.view->get_renderer(), event, [&] { doomed.destroy(); });
-  if (by_window) {
-    doomed.window->Render();
-  } else {
-    doomed.view->render();
-  }
+  render(doomed, by_window);
   expect_only_the_view_is_gone(doomed);
 }
 

@@ -461,6 +461,7 @@ void MeshviewWindowTest::cross_with_pointer(Window window) const
     XWarpPointer(mDisplay, None, window, 0, 0, 0, 0, 5, 5);
     move_pointer_away(mDisplay);
   }
+  XFlush(mDisplay);
 }
 
 void MeshviewRunningTest::open(const std::string& mesh, const std::vector<std::string>& arguments)

@@ -159,7 +159,7 @@ protected:
   void release_button(Window window, int x, int y, unsigned int state = 0,
                       unsigned int button = Button1) const;
   void move_mouse(Window window, int x, int y, unsigned int state = 0) const;
-  /// Moves the pointer into the window and out of it a few times; sent with the next key or button.
+  /// Moves the pointer into the window and out of it a few times.
   void cross_with_pointer(Window window) const;
 
   Display* mDisplay = nullptr;

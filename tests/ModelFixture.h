@@ -234,6 +234,17 @@ inline PartPropFunction one_prop()
 class ModelTest : public ViewTest
 {
 protected:
+  /// Adds the views and then a part for each data object.
+  void show_all(const std::vector<std::shared_ptr<GView>>& views, Maker& maker)
+  {
+    for (const auto& view : views) {
+      mModel.add_view(view.get());
+    }
+    for (const auto& each : mData) {
+      mModel.add_part(each, maker.function());
+    }
+  }
+
   RemovalModel mModel;
   PlainView mView;
   Maker mMaker;
